@@ -1,0 +1,76 @@
+#include <cstdlib>
+#include <new>
+#include <stdexcept>
+
+#include "common/api.hpp"
+#include "common/json_ref.hpp"
+#include "common/log.hpp"
+#include "common/path.hpp"
+#include "support/harness.hpp"
+
+namespace {
+
+using zt4test::logged;
+
+struct RootCase {
+    const char* root;  // nullptr: unset
+    const char* path;
+    const char* expected;
+};
+
+class ResolvePath : public ::testing::TestWithParam<RootCase> {};
+
+TEST_P(ResolvePath, PrefixesTheRootOnlyWhenSet) {
+    const RootCase& c = GetParam();
+    if (c.root) setenv("ZT4_ROOT", c.root, 1); else unsetenv("ZT4_ROOT");
+    EXPECT_EQ(zt4::resolvePath(c.path), c.expected);
+    unsetenv("ZT4_ROOT");
+}
+
+INSTANTIATE_TEST_SUITE_P(Roots, ResolvePath, ::testing::Values(
+    RootCase{nullptr, "/home/nvram/zt4config.json", "/home/nvram/zt4config.json"},
+    RootCase{"", "/etc/x", "/etc/x"},
+    RootCase{"/tmp/dev", "/etc/x", "/tmp/dev/etc/x"},
+    RootCase{"/tmp/dev//", "/etc/x", "/tmp/dev/etc/x"},
+    RootCase{"/", "/etc/x", "/etc/x"}));
+
+TEST(Log, PrefixesAndPriorities) {
+    zt4test::clearLog();
+    zt4::logError("readJSONFile", "fd INVALID for %s", "/x");
+    zt4::logInfo("writeJSONZT4ConfigFile", "File '%s' renamed successfully", "/t");
+    zt4::logErrorAt(LOG_WARNING, "JSONify", "json_loads on line %d", 3);
+    zt4::logLine(LOG_INFO, "Configuration file Syntax 0 by default");
+    EXPECT_TRUE(logged("error.[readJSONFile]: fd INVALID for /x", LOG_ERR));
+    EXPECT_TRUE(logged("[writeJSONZT4ConfigFile]: File '/t' renamed successfully", LOG_INFO));
+    EXPECT_TRUE(logged("error.[JSONify]: json_loads on line 3", LOG_WARNING));
+    EXPECT_TRUE(logged("Configuration file Syntax 0 by default", LOG_INFO));
+    EXPECT_EQ(zt4test::capturedLog().size(), 4u);
+}
+
+TEST(JsonRef, ReleasesExactlyOnceAndHandsOver) {
+    json_t* value = json_object();
+    {
+        zt4::JsonRef extra = zt4::JsonRef::borrow(value);
+        EXPECT_EQ(value->refcount, 2u);
+        zt4::JsonRef moved = std::move(extra);
+        EXPECT_FALSE(extra);
+        EXPECT_EQ(moved.get(), value);
+    }
+    EXPECT_EQ(value->refcount, 1u);
+    zt4::JsonRef owner(value);
+    json_t* handed = owner.release();
+    EXPECT_FALSE(owner);
+    EXPECT_EQ(handed->refcount, 1u);
+    json_decref(handed);
+}
+
+TEST(Guarded, TurnsExceptionsIntoTheFailureResult) {
+    zt4test::clearLog();
+    EXPECT_EQ(zt4::guarded("op", -1, []() -> int { throw std::bad_alloc(); }), -1);
+    EXPECT_TRUE(logged("error.[op]: out of memory"));
+    EXPECT_EQ(zt4::guarded("op", -1, []() -> int { throw std::runtime_error("boom"); }), -1);
+    EXPECT_TRUE(logged("error.[op]: boom"));
+    EXPECT_EQ(zt4::guarded("op", -1, [] { return 7; }), 7);
+}
+
+}  // namespace

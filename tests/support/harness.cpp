@@ -1,0 +1,83 @@
+#include "support/harness.hpp"
+
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "zt4config/common.h"
+
+// The host program defines the debug level; for the tests, it is here.
+int debug_level = 0;
+
+namespace zt4test {
+
+void removeTree(const std::string& path) {
+    std::error_code ignored;
+    std::filesystem::remove_all(path, ignored);
+}
+
+void DeviceTest::SetUp() {
+    const char* tmp = std::getenv("TMPDIR");
+    std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/zt4test.XXXXXX";
+    std::vector<char> buffer(pattern.begin(), pattern.end());
+    buffer.push_back('\0');
+    ASSERT_NE(mkdtemp(buffer.data()), nullptr);
+    root_ = buffer.data();
+    for (const char* dir : {"/home/nvram", "/etc", "/var/tmp", "/var/zt4", "/sys/class/leds",
+                            "/sys/bus/i2c/devices/0-0050"}) {
+        std::filesystem::create_directories(root_ + dir);
+    }
+    setenv("ZT4_ROOT", root_.c_str(), 1);
+    debug_level = 0;
+    clearLog();
+}
+
+void DeviceTest::TearDown() {
+    if (HasFailure()) std::fprintf(stderr, "captured log:\n%s", logDump().c_str());
+    unsetenv("ZT4_ROOT");
+    removeTree(root_);
+}
+
+void DeviceTest::writeFile(const std::string& devicePath, const std::string& content) const {
+    std::filesystem::create_directories(std::filesystem::path(path(devicePath)).parent_path());
+    std::ofstream out(path(devicePath), std::ios::binary | std::ios::trunc);
+    out << content;
+    ASSERT_TRUE(out.good()) << devicePath;
+}
+
+std::string DeviceTest::readFile(const std::string& devicePath) const {
+    std::ifstream in(path(devicePath), std::ios::binary);
+    std::ostringstream content;
+    content << in.rdbuf();
+    return content.str();
+}
+
+bool DeviceTest::exists(const std::string& devicePath) const {
+    struct stat info;
+    return stat(path(devicePath).c_str(), &info) == 0;
+}
+
+void DeviceTest::removeFile(const std::string& devicePath) const {
+    std::remove(path(devicePath).c_str());
+}
+
+json_t* parse(const char* text) {
+    json_error_t error;
+    json_t* value = json_loads(text, JSON_REJECT_DUPLICATES, &error);
+    EXPECT_NE(value, nullptr) << "bad JSON in test: " << error.text << " in " << text;
+    return value;
+}
+
+std::string compact(const json_t* value) {
+    if (value == nullptr) return "(null)";
+    char* text = json_dumps(value, JSON_COMPACT | JSON_SORT_KEYS | JSON_ENCODE_ANY);
+    std::string result = text ? text : "(undumpable)";
+    std::free(text);
+    return result;
+}
+
+}  // namespace zt4test
