@@ -9,6 +9,7 @@
 
 #include "zt4config/common.h"
 #include "zt4config/json.h"
+#include "zt4config/json_checks.h"
 #include "zt4config/lock.h"
 #include "zt4config/model.h"
 #include "zt4config/record.h"
