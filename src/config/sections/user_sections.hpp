@@ -20,6 +20,7 @@ extern const Section kElectricalConfiguration;
 extern const Section kVoltageTransformer;
 extern const Section kConnectors;
 extern const Section kConnector;
+extern const Section kConnectorChannelCommon;
 extern const Section kConnectorChannel3P;
 extern const Section kConnectorChannel1P;
 extern const Section kCurrentTransformerPrimary;
