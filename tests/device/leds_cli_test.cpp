@@ -21,7 +21,8 @@ protected:
     // Runs the tool on this test's device root; its exit status, with stdout and stderr in
     // `output`.
     int run(const std::string& arguments, std::string& output) const {
-        const std::string command = std::string("'") + std::getenv("ZT4_CLI") + "' --root '" +
+        // ZT4_CLI is a command line (it may start with an emulator), not a single path.
+        const std::string command = std::string(std::getenv("ZT4_CLI")) + " --root '" +
                                     root() + "' " + arguments + " 2>&1";
         FILE* pipe = popen(command.c_str(), "r");
         if (pipe == nullptr) return -1;
