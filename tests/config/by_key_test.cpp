@@ -1,40 +1,27 @@
-#include <syslog.h>
-
-#include <cstring>
-
 #include "config/v1/by_key.hpp"
 #include "config/v1/section_defaults.hpp"
-#include "support/harness.hpp"
+#include "json/expect.hpp"
 
 namespace {
 
-using zt4test::logged;
+using zt4test::expectResult;
 
 struct ByKeyCase {
     const char* key;
-    const char* expected;  // compact member, or nullptr
-    const char* line;      // line logged by readJSONZT4ByKeyObject, or nullptr
+    const char* expected;  // compact member, nullptr for a failure
+    const char* line;
 };
 
-class ByKeyObject : public ::testing::TestWithParam<ByKeyCase> {
-protected:
-    void SetUp() override { zt4test::clearLog(); }
-};
+class ByKeyObject : public ::testing::TestWithParam<ByKeyCase> {};
 
-// Array keys are read as arrays, every other key as an object.
+// The four array keys are read as arrays, every other key as an object.
 TEST_P(ByKeyObject, PicksObjectOrArrayByKey) {
     const ByKeyCase& c = GetParam();
+    zt4test::clearLog();
     json_t* document = zt4test::parse(
         "{\"Web\":{\"Port\":80},\"Connectors\":[{}],\"Channel\":[1],\"CurrentTransformer\":[2],"
         "\"Phase\":{\"x\":1},\"Expert\":[3]}");
-    json_t* member = readJSONZT4ByKeyObject(document, c.key);
-    EXPECT_EQ(zt4test::compact(member), c.expected ? c.expected : "(null)");
-    if (c.line) {
-        EXPECT_TRUE(logged(c.line, LOG_ERR)) << zt4test::logDump();
-    } else {
-        EXPECT_TRUE(zt4test::capturedLog().empty()) << zt4test::logDump();
-    }
-    json_decref(member);
+    expectResult(readJSONZT4ByKeyObject(document, c.key), c.expected, c.line);
     json_decref(document);
 }
 
@@ -46,19 +33,10 @@ INSTANTIATE_TEST_SUITE_P(Keys, ByKeyObject, ::testing::Values(
     ByKeyCase{"Phase", nullptr, "error.[readJSONZT4ByKeyObject]: FAILED to read Array JSON Phase"},
     ByKeyCase{"Expert", nullptr, "error.[readJSONZT4ByKeyObject]: FAILED to read Object JSON Expert"},
     ByKeyCase{"Modbus", nullptr, "error.[readJSONZT4ByKeyObject]: FAILED to read Object JSON Modbus"},
-    ByKeyCase{"Modbus", nullptr, "error.[readJSONObject]: jsonObject NULL"}));
+    ByKeyCase{"Modbus", nullptr, "error.[readJSONObject]: jsonObject NULL"},
+    ByKeyCase{nullptr, nullptr, "error.[readJSONZT4ByKeyObject]: key NULL"}));
 
-TEST(ByKeyObjectNull, LogsAndFails) {
-    zt4test::clearLog();
-    json_t* document = zt4test::parse("{}");
-    EXPECT_EQ(readJSONZT4ByKeyObject(document, nullptr), nullptr);
-    EXPECT_TRUE(logged("error.[readJSONZT4ByKeyObject]: key NULL", LOG_ERR));
-    EXPECT_EQ(readJSONZT4ByKeyObject(nullptr, "Web"), nullptr);
-    EXPECT_TRUE(logged("error.[readJSONZT4ByKeyObject]: FAILED to read Object JSON Web", LOG_ERR));
-    json_decref(document);
-}
-
-// A stand-in section check: builds its defaults from nothing and says so in the status.
+// A stand-in section check: builds its defaults when given no section.
 int checkCalls = 0;
 json_t* fakeCheck(json_t* section, int8_t* status) {
     ++checkCalls;
@@ -66,31 +44,17 @@ json_t* fakeCheck(json_t* section, int8_t* status) {
     return section ? nullptr : json_pack("{s:i}", "Default", 1);
 }
 
-TEST(SectionDefaults, TablesKnowTheirKeysAndCallTheCheckWithoutASection) {
-    for (const char* key : {"Web", "RadioLoRa", "WiFi", "Ethernet", "Modbus", "BACnet",
-                            "ElectricalConfiguration", "VoltageTransformer", "Connectors"}) {
-        const zt4::v1::SectionDefaults* entry = zt4::v1::findUserSectionDefaults(key);
-        ASSERT_NE(entry, nullptr) << key;
-        EXPECT_STREQ(entry->key, key);
-    }
-    for (const char* key : {"Sag", "Swell", "CurrentAverageMax", "Connectors"}) {
-        const zt4::v1::SectionDefaults* entry = zt4::v1::findUserExpertSectionDefaults(key);
-        ASSERT_NE(entry, nullptr) << key;
-        EXPECT_STREQ(entry->key, key);
-    }
-    for (const char* key : {"Syntax", "Expert", "web", ""}) {
-        EXPECT_EQ(zt4::v1::findUserSectionDefaults(key), nullptr) << key;
-    }
+TEST(SectionDefaults, CallsThePluggedCheckWithoutASection) {
+    EXPECT_NE(zt4::v1::findUserSectionDefaults("VoltageTransformer"), nullptr);
+    EXPECT_NE(zt4::v1::findUserExpertSectionDefaults("CurrentAverageMax"), nullptr);
+    EXPECT_EQ(zt4::v1::findUserSectionDefaults("Syntax"), nullptr);
     EXPECT_EQ(zt4::v1::findUserExpertSectionDefaults("Web"), nullptr);
     EXPECT_EQ(zt4::v1::findUserSectionDefaults(nullptr), nullptr);
-
-    const zt4::v1::SectionDefaults plugged = {"Web", fakeCheck};
-    const zt4::v1::SectionDefaults unplugged = {"Web", nullptr};
+    const zt4::v1::SectionDefaults plugged = {"Web", fakeCheck}, unplugged = {"Web", nullptr};
     checkCalls = 0;
-    json_t* defaults = zt4::v1::sectionDefaults(&plugged);
-    EXPECT_EQ(zt4test::compact(defaults), "{\"Default\":1}");
+    zt4test::clearLog();
+    expectResult(zt4::v1::sectionDefaults(&plugged), "{\"Default\":1}", nullptr);
     EXPECT_EQ(checkCalls, 1);
-    json_decref(defaults);
     EXPECT_EQ(zt4::v1::sectionDefaults(&unplugged), nullptr);
     EXPECT_EQ(zt4::v1::sectionDefaults(nullptr), nullptr);
 }
@@ -98,87 +62,58 @@ TEST(SectionDefaults, TablesKnowTheirKeysAndCallTheCheckWithoutASection) {
 class StoredByKey : public zt4test::DeviceTest {};
 
 TEST_F(StoredByKey, UserSectionsFallBackToTheTableDefaults) {
-    EXPECT_EQ(readJSONZT4UserConfigByKeyObject("Web"), nullptr);
-    EXPECT_TRUE(logged("error.[readJSONZT4UserConfigByKeyObject]: zt4 NULL", LOG_ERR));
-
-    writeFile("/home/nvram/zt4config.json",
-              "{\"Web\":{\"Port\":80},\"WiFi\":[],\"ElectricalConfiguration\":{\"Connectors\":[{}]}}");
-    json_t* web = readJSONZT4UserConfigByKeyObject("Web");
-    EXPECT_EQ(zt4test::compact(web), "{\"Port\":80}");
-    json_decref(web);
-
-    // A section that is missing, or is not an object, reads as whatever the table gives.
-    for (const char* key : {"Modbus", "WiFi", "Connectors", "Unknown"}) {
-        zt4test::clearLog();
-        json_t* expected = zt4::v1::sectionDefaults(zt4::v1::findUserSectionDefaults(key));
-        json_t* section = readJSONZT4UserConfigByKeyObject(key);
-        EXPECT_EQ(zt4test::compact(section), zt4test::compact(expected)) << key;
-        EXPECT_TRUE(logged(std::string("error.[readJSONZT4UserConfigByKeyObject]: FAILED to read Object ") + key,
-                           LOG_ERR)) << zt4test::logDump();
-        json_decref(section);
-        json_decref(expected);
+    expectResult(readJSONZT4UserConfigByKeyObject("Web"), nullptr, "error.[readJSONZT4UserConfigByKeyObject]: zt4 NULL");
+    expectResult(readJSONZT4UserConfigByKeyObject(nullptr), nullptr, "error.[readJSONZT4UserConfigByKeyObject]: key NULL");
+    writeFile("/home/nvram/zt4config.json", "{\"Web\":{\"Port\":80},\"WiFi\":[],\"ElectricalConfiguration\":{}}");
+    zt4test::clearLog();
+    expectResult(readJSONZT4UserConfigByKeyObject("Web"), "{\"Port\":80}", nullptr);
+    // Missing, or not an object: whatever the section's check gives for defaults.
+    for (std::string key : {"Modbus", "WiFi", "Connectors", "Unknown"}) {
+        json_t* defaults = zt4::v1::sectionDefaults(zt4::v1::findUserSectionDefaults(key.c_str()));
+        const std::string expected = zt4test::compact(defaults);
+        const bool hasDefaults = defaults != nullptr;
+        json_decref(defaults);
+        expectResult(readJSONZT4UserConfigByKeyObject(key.c_str()), hasDefaults ? expected.c_str() : nullptr,
+                     ("error.[readJSONZT4UserConfigByKeyObject]: FAILED to read Object " + key).c_str());
     }
-    EXPECT_EQ(readJSONZT4UserConfigByKeyObject(nullptr), nullptr);
-    EXPECT_TRUE(logged("error.[readJSONZT4UserConfigByKeyObject]: key NULL", LOG_ERR));
 }
 
 TEST_F(StoredByKey, ExpertMembersComeFromTheElectricalConfiguration) {
-    struct Case {
-        const char* document;  // nullptr: no user file
-        bool expertReadable;
-    } cases[] = {
-        {nullptr, false},
-        {"{\"Expert\":{\"Sag\":{}}}", false},
-        {"{\"ElectricalConfiguration\":{\"Expert\":[]}}", false},
-        {"{\"ElectricalConfiguration\":{\"Expert\":{\"Sag\":{\"Enable\":0},\"Connectors\":[]}}}", true},
-    };
-    for (const Case& c : cases) {
-        if (c.document) writeFile("/home/nvram/zt4config.json", c.document);
-        zt4test::clearLog();
-        json_t* sag = readJSONZT4UserConfigExpertByKeyObject("Sag");
-        if (c.expertReadable) {
-            EXPECT_EQ(zt4test::compact(sag), "{\"Enable\":0}");
-            json_t* connectors = readJSONZT4UserConfigExpertByKeyObject("Connectors");
-            EXPECT_EQ(zt4test::compact(connectors), "[]");
-            json_decref(connectors);
-        } else {
-            EXPECT_EQ(sag, nullptr);
-            EXPECT_TRUE(logged("error.[readJSONZT4UserConfigExpertByKeyObject]: expert NULL", LOG_ERR))
-                << zt4test::logDump();
-        }
-        json_decref(sag);
+    const char* const unreadable[] = {nullptr, "{\"Expert\":{\"Sag\":{}}}", "{\"ElectricalConfiguration\":{\"Expert\":[]}}"};
+    for (const char* document : unreadable) {
+        if (document) writeFile("/home/nvram/zt4config.json", document);
+        expectResult(readJSONZT4UserConfigExpertByKeyObject("Sag"), nullptr,
+                     "error.[readJSONZT4UserConfigExpertByKeyObject]: expert NULL");
     }
-    json_t* expected = zt4::v1::sectionDefaults(zt4::v1::findUserExpertSectionDefaults("Swell"));
-    json_t* swell = readJSONZT4UserConfigExpertByKeyObject("Swell");
-    EXPECT_EQ(zt4test::compact(swell), zt4test::compact(expected));
-    EXPECT_TRUE(logged("error.[readJSONZT4UserConfigExpertByKeyObject]: FAILED to read Object Swell", LOG_ERR));
-    json_decref(swell);
-    json_decref(expected);
+    writeFile("/home/nvram/zt4config.json",
+              "{\"ElectricalConfiguration\":{\"Expert\":{\"Sag\":{\"Enable\":0},\"Connectors\":[]}}}");
+    zt4test::clearLog();
+    expectResult(readJSONZT4UserConfigExpertByKeyObject("Sag"), "{\"Enable\":0}", nullptr);
+    expectResult(readJSONZT4UserConfigExpertByKeyObject("Connectors"), "[]", nullptr);
+    json_t* defaults = zt4::v1::sectionDefaults(zt4::v1::findUserExpertSectionDefaults("Swell"));
+    const std::string expected = zt4test::compact(defaults);
+    const bool hasDefaults = defaults != nullptr;
+    json_decref(defaults);
+    expectResult(readJSONZT4UserConfigExpertByKeyObject("Swell"), hasDefaults ? expected.c_str() : nullptr,
+                 "error.[readJSONZT4UserConfigExpertByKeyObject]: FAILED to read Object Swell");
 }
 
 struct SystemCase {
     json_t* (*read)(const char*);
-    const char* name;
-    const char* path;
-    const char* documentNull;
+    std::string name, path, documentNull;
 };
 
 class SystemByKey : public zt4test::DeviceTest, public ::testing::WithParamInterface<SystemCase> {};
 
 TEST_P(SystemByKey, ReadsItsDocumentWithoutDefaults) {
     const SystemCase& c = GetParam();
-    const std::string prefix = std::string("error.[") + c.name + "]: ";
-    EXPECT_EQ(c.read("Device"), nullptr);
-    EXPECT_TRUE(logged(prefix + c.documentNull, LOG_ERR)) << zt4test::logDump();
-
+    const std::string prefix = "error.[" + c.name + "]: ";
+    expectResult(c.read("Device"), nullptr, (prefix + c.documentNull).c_str());
     writeFile(c.path, "{\"Device\":{\"Serial\":\"A1\"},\"Web\":{\"Debug\":1}}");
-    json_t* device = c.read("Device");
-    EXPECT_EQ(zt4test::compact(device), "{\"Serial\":\"A1\"}");
-    json_decref(device);
-    EXPECT_EQ(c.read("Modbus"), nullptr);
-    EXPECT_TRUE(logged(prefix + "FAILED to read Object Modbus", LOG_ERR));
-    EXPECT_EQ(c.read(nullptr), nullptr);
-    EXPECT_TRUE(logged(prefix + "key NULL", LOG_ERR));
+    zt4test::clearLog();
+    expectResult(c.read("Device"), "{\"Serial\":\"A1\"}", nullptr);
+    expectResult(c.read("Modbus"), nullptr, (prefix + "FAILED to read Object Modbus").c_str());
+    expectResult(c.read(nullptr), nullptr, (prefix + "key NULL").c_str());
 }
 
 INSTANTIATE_TEST_SUITE_P(Documents, SystemByKey, ::testing::Values(
@@ -189,13 +124,11 @@ INSTANTIATE_TEST_SUITE_P(Documents, SystemByKey, ::testing::Values(
 TEST(ChannelsVersion1, ReadsTheChannelArray) {
     zt4test::clearLog();
     json_t* connector = zt4test::parse("{\"Channel\":[{},{},{}]}");
-    json_t* channels = readJSONZT4ChannelsSyntaxVersion1(connector);
-    EXPECT_EQ(channels, json_object_get(connector, "Channel"));
-    EXPECT_EQ(channels->refcount, 2u);
-    json_decref(channels);
     json_t* wrong = zt4test::parse("{\"Channel\":{}}");
-    EXPECT_EQ(readJSONZT4ChannelsSyntaxVersion1(wrong), nullptr);
-    EXPECT_TRUE(logged("error.[readJSONZT4ChannelsSyntaxVersion1]: FAILED to read Array JSON Cnl", LOG_ERR));
+    expectResult(readJSONZT4ChannelsSyntaxVersion1(connector), "[{},{},{}]", nullptr);
+    EXPECT_EQ(json_object_get(connector, "Channel")->refcount, 1u);
+    expectResult(readJSONZT4ChannelsSyntaxVersion1(wrong), nullptr,
+                 "error.[readJSONZT4ChannelsSyntaxVersion1]: FAILED to read Array JSON Cnl");
     json_decref(wrong);
     json_decref(connector);
 }

@@ -78,30 +78,6 @@ TEST(VersionZeroPolicy, RefusesWithTheResultTypesFailure) {
     EXPECT_TRUE(logged("error.[printZT4UserConfigFileSyntaxVersion0]: syntax version 0 is not supported", LOG_ERR));
 }
 
-class VersionZeroStored : public zt4test::DeviceTest {};
-
-TEST_F(VersionZeroStored, HandsBackTheStoredSectionUnchanged) {
-    EXPECT_EQ(zt4::v0::storedSection("op", ConfigDocument::System, {"Web"}), nullptr);
-    EXPECT_TRUE(logged("error.[op]: zt4 NULL", LOG_ERR));
-
-    writeFile("/home/nvram/zt4system.json",
-              "{\"Web\":{\"Odd\":[1]},\"ElectricalConfiguration\":{\"Connectors\":[{\"Enable\":1}]}}");
-    json_t* web = zt4::v0::storedSection("op", ConfigDocument::System, {"Web"});
-    EXPECT_EQ(zt4test::compact(web), "{\"Odd\":[1]}");
-    json_decref(web);
-    json_t* connectors = zt4::v0::storedSection("op", ConfigDocument::System,
-                                                {"ElectricalConfiguration", "Connectors"});
-    EXPECT_EQ(zt4test::compact(connectors), "[{\"Enable\":1}]");
-    json_decref(connectors);
-
-    zt4test::clearLog();
-    EXPECT_EQ(zt4::v0::storedSection("op", ConfigDocument::System, {"ElectricalConfiguration", "Expert"}),
-              nullptr);
-    EXPECT_TRUE(logged("error.[op]: FAILED to read Object Expert", LOG_ERR));
-    EXPECT_EQ(zt4::v0::memberUnchanged("op", nullptr, {"Channel"}), nullptr);
-    EXPECT_TRUE(logged("error.[op]: json NULL", LOG_ERR));
-}
-
 class Channels : public zt4test::DeviceTest {};
 
 TEST_F(Channels, ReadJSONZT4CnlRoutesOnTheUserFile) {

@@ -1,11 +1,10 @@
-#include <syslog.h>
-
-#include "support/harness.hpp"
+#include "json/expect.hpp"
 #include "zt4config/config.h"
 #include "zt4config/system.h"
 
 namespace {
 
+using zt4test::expectResult;
 using zt4test::logged;
 
 const char* const kSystemBody =
@@ -67,72 +66,56 @@ INSTANTIATE_TEST_SUITE_P(Sections, SystemReader, ::testing::Values(
 class SystemSections : public zt4test::DeviceTest {};
 
 TEST_F(SystemSections, ElectricalMembersNameWhatIsMissing) {
-    struct Case {
-        const char* document;
-        const char* connectorsLine;
-        const char* expertLine;
-    } cases[] = {
-        {"{\"Syntax\":{\"Version\":1},\"Web\":{}}",
-         "error.[readJSONZT4SystemConnectorsSyntaxVersion1]: jsonElectricalConfiguration NULL",
-         "error.[readJSONZT4SystemExpertSyntaxVersion1]: jsonElectricalConfiguration NULL"},
-        {"{\"Syntax\":{\"Version\":1},\"ElectricalConfiguration\":{\"Connectors\":{},\"Expert\":[]}}",
-         "error.[readJSONZT4SystemConnectorsSyntaxVersion1]: FAILED to read System Object Connectors",
-         "error.[readJSONZT4SystemExpertSyntaxVersion1]: FAILED to read System Object Expert"},
-    };
-    for (const Case& c : cases) {
-        writeFile("/home/nvram/zt4system.json", c.document);
-        zt4test::clearLog();
-        EXPECT_EQ(readJSONZT4SystemConnector(), nullptr);
-        EXPECT_EQ(readJSONZT4SystemExpert(), nullptr);
-        EXPECT_TRUE(logged(c.connectorsLine, LOG_ERR)) << zt4test::logDump();
-        EXPECT_TRUE(logged(c.expertLine, LOG_ERR)) << zt4test::logDump();
-    }
+    writeFile("/home/nvram/zt4system.json", "{\"Syntax\":{\"Version\":1},\"Web\":{}}");
+    expectResult(readJSONZT4SystemConnector(), nullptr,
+                 "error.[readJSONZT4SystemConnectorsSyntaxVersion1]: jsonElectricalConfiguration NULL");
+    expectResult(readJSONZT4SystemExpert(), nullptr,
+                 "error.[readJSONZT4SystemExpertSyntaxVersion1]: jsonElectricalConfiguration NULL");
+    writeFile("/home/nvram/zt4system.json",
+              "{\"Syntax\":{\"Version\":1},\"ElectricalConfiguration\":{\"Connectors\":{},\"Expert\":[]}}");
+    expectResult(readJSONZT4SystemConnector(), nullptr,
+                 "error.[readJSONZT4SystemConnectorsSyntaxVersion1]: FAILED to read System Object Connectors");
+    expectResult(readJSONZT4SystemExpert(), nullptr,
+                 "error.[readJSONZT4SystemExpertSyntaxVersion1]: FAILED to read System Object Expert");
 }
 
 TEST_F(SystemSections, FactoryDeviceFollowsTheFactoryFile) {
     writeFile("/home/nvram/zt4system.json", "{\"Syntax\":{\"Version\":1},\"Device\":{\"Model\":\"user\"}}");
-    EXPECT_EQ(readJSONZT4FactorySystemDevice(), nullptr);
-    EXPECT_TRUE(logged("error.[readJSONZT4FactorySystemDeviceSyntaxVersion0]: zt4 NULL", LOG_ERR));
-
+    expectResult(readJSONZT4FactorySystemDevice(), nullptr, "error.[readJSONZT4FactorySystemDeviceSyntaxVersion0]: zt4 NULL");
     writeFile("/etc/zt4system_factory.json", "{\"Syntax\":{\"Version\":1},\"Device\":{\"Model\":\"factory\"}}");
     zt4test::clearLog();
-    json_t* device = readJSONZT4FactorySystemDevice();
-    EXPECT_EQ(zt4test::compact(device), "{\"Model\":\"factory\"}");
-    json_decref(device);
-    EXPECT_TRUE(zt4test::capturedLog().empty()) << zt4test::logDump();
-
+    expectResult(readJSONZT4FactorySystemDevice(), "{\"Model\":\"factory\"}", nullptr);
     writeFile("/etc/zt4system_factory.json", "{\"Syntax\":{\"Version\":1}}");
-    EXPECT_EQ(readJSONZT4FactorySystemDeviceSyntaxVersion1(), nullptr);
-    EXPECT_TRUE(logged("error.[readJSONZT4FactorySystemByKeyObject]: FAILED to read Object Device", LOG_ERR));
+    expectResult(readJSONZT4FactorySystemDeviceSyntaxVersion1(), nullptr,
+                 "error.[readJSONZT4FactorySystemByKeyObject]: FAILED to read Object Device");
 }
 
 TEST_F(SystemSections, ConnectorById) {
+    const char* const two = "{\"Syntax\":{\"Version\":1},\"ElectricalConfiguration\":{\"Connectors\":[{\"Enable\":1},{\"Enable\":0}]}}";
     struct Case {
         unsigned id;
         const char* document;  // nullptr: no system file
-        const char* expected;  // compact connector, or nullptr
+        const char* expected;  // compact connector, nullptr for a failure
         const char* line;
     } cases[] = {
-        {0, "{\"Syntax\":{\"Version\":1}}", nullptr, "error.[readJSONZT4SystemConnectorById]: Connector id=0 INVALID"},
-        {7, "{\"Syntax\":{\"Version\":1}}", nullptr, "error.[readJSONZT4SystemConnectorById]: Connector id=7 INVALID"},
+        {0, two, nullptr, "error.[readJSONZT4SystemConnectorById]: Connector id=0 INVALID"},
+        {7, two, nullptr, "error.[readJSONZT4SystemConnectorById]: Connector id=7 INVALID"},
         {1, nullptr, nullptr, "error.[readJSONZT4SystemConnectorById]: jsonConnectors NULL"},
-        {1, "{\"Syntax\":{\"Version\":1},\"Web\":{}}", nullptr, "error.[readJSONZT4SystemConnectorById]: jsonConnectors NULL"},
         // The message counts from zero: connector 3 of two is "Connector2".
-        {3, "{\"Syntax\":{\"Version\":1},\"ElectricalConfiguration\":{\"Connectors\":[{\"Enable\":1},{\"Enable\":0}]}}",
-         nullptr, "error.[readJSONZT4SystemConnectorById]: FAILED to read Object Connector2"},
-        {2, "{\"Syntax\":{\"Version\":1},\"ElectricalConfiguration\":{\"Connectors\":[{\"Enable\":1},{\"Enable\":0}]}}",
-         "{\"Enable\":0}", nullptr},
+        {3, two, nullptr, "error.[readJSONZT4SystemConnectorById]: FAILED to read Object Connector2"},
+        {2, two, "{\"Enable\":0}", nullptr},
         {1, "{\"ElectricalConfiguration\":{\"Connectors\":[{\"Enable\":1}]}}", "{\"Enable\":1}", nullptr},
     };
     for (const Case& c : cases) {
         if (c.document) writeFile("/home/nvram/zt4system.json", c.document); else removeFile("/home/nvram/zt4system.json");
         zt4test::clearLog();
         json_t* connector = readJSONZT4SystemConnectorById(static_cast<uint8_t>(c.id));
-        EXPECT_EQ(zt4test::compact(connector), c.expected ? c.expected : "(null)") << c.id;
         if (c.line) {
-            EXPECT_TRUE(logged(c.line, LOG_ERR)) << zt4test::logDump();
+            expectResult(connector, c.expected, c.line);
+        } else {
+            EXPECT_EQ(zt4test::compact(connector), c.expected) << c.id;
+            json_decref(connector);
         }
-        json_decref(connector);
     }
 }
 
