@@ -165,7 +165,8 @@ bool overlay(const Section& section, json_t* defaults, const json_t* stored) {
 void overlayStored(const Section& section, json_t* defaults, const char* function) {
     JsonRef stored(section.storedReader());
     if (!overlay(section, defaults, stored.get())) {
-        logError(function, "FAILED to merge factory config %s with existing keys", section.mergeLabel);
+        logError(function, "FAILED to merge factory %s %s with existing keys", section.mergeDocument,
+                 section.mergeLabel);
     }
 }
 
@@ -275,6 +276,9 @@ int checkField(const Field& f, json_t* object, const char* function) noexcept {
             return json_check_float_superior_strict(object, f.key, static_cast<float>(f.low));
         case Rule::Ipv4: return json_check_ipv4(object, f.key);
         case Rule::Ipv4Addressing: return json_check_ipv4_addressing(object, f.key);
+        case Rule::IntegerExactly:
+            return json_check_integer_default(object, f.key, static_cast<std::int32_t>(f.defaultInteger));
+        case Rule::TextExactly: return json_check_string_default(object, f.key, f.defaultText);
         default: break;
     }
     json_t* value = json_object_get(object, f.key);
@@ -317,7 +321,9 @@ json_t* check(const Section& section, json_t* input, std::int8_t* status,
     if (section.storedReader != nullptr) overlayStored(section, defaults.get(), function);
     int verdict = kValid;
     for (std::size_t i = 0; i < section.fieldCount; ++i) {
-        verdict |= checkField(section.fields[i], input, function);
+        const Field& f = section.fields[i];
+        const int result = checkField(f, input, function);
+        verdict = f.assignsStatus ? result : (verdict | result);
     }
     *status = static_cast<std::int8_t>(verdict);
     return defaults.release();

@@ -37,6 +37,8 @@ enum class Rule : std::uint8_t {
     TextPrefixOneOf,       // begins with one of `texts` (their first `compared` characters)
     EuiOrEmpty,            // empty, or an identifier of `euiLength` characters and `euiGroups` bytes
     Nested,                // an object or array checked by the description `nested`
+    IntegerExactly,        // json_check_integer_default(the default): a fixed property
+    TextExactly,           // json_check_string_default(the default): a fixed property
 };
 
 enum class DefaultKind : std::uint8_t { Integer, Real, Text, Provided, Nested };
@@ -79,6 +81,9 @@ struct Field {
     const char* repairLabel = nullptr;  // name in the "... NULL" repair line (default: the label)
     const char* checkLabel = nullptr;   // name in "FAILED to check ... JSON object" (default: key)
     Messages messages;                  // overrides of the rule's usual texts
+    // The rule's result replaces the status gathered so far instead of joining it (a field
+    // checked after another whose fault it deliberately hides).
+    bool assignsStatus = false;
 
     constexpr const char* messageName() const { return label ? label : key; }
     constexpr const char* insertedKey() const { return repairKey ? repairKey : key; }
@@ -92,6 +97,7 @@ struct Field {
     constexpr Field checkedAs(const char* name) const { Field f = *this; f.checkLabel = name; return f; }
     constexpr Field absentText(const char* text) const { Field f = *this; f.messages.absent = text; return f; }
     constexpr Field wrongTypeText(const char* text) const { Field f = *this; f.messages.wrongType = text; return f; }
+    constexpr Field assigningStatus() const { Field f = *this; f.assignsStatus = true; return f; }
 };
 
 // What an array section does when its size is not one it accepts.
@@ -121,6 +127,8 @@ struct Section {
     // Top-level sections: the stored section that the returned defaults are overlaid with.
     json_t* (*storedReader)();
     const char* mergeLabel;  // "Web": "FAILED to merge factory config Web with existing keys"
+    // Which document the stored section comes from, as the merge message names it.
+    const char* mergeDocument = "config";
 
     constexpr bool isArray() const { return array != nullptr; }
 };
@@ -235,6 +243,19 @@ constexpr Section objectSection(const char* checkName, const char* nullLabel,
 
 constexpr Section storedSection(Section s, json_t* (*reader)(), const char* mergeLabel) {
     s.storedReader = reader; s.mergeLabel = mergeLabel; return s;
+}
+
+// A top-level section of the system document.
+constexpr Section storedSystemSection(Section s, json_t* (*reader)(), const char* mergeLabel) {
+    s.storedReader = reader; s.mergeLabel = mergeLabel; s.mergeDocument = "system"; return s;
+}
+
+constexpr Field integerExactly(const char* key, long long value) {
+    Field f; f.key = key; f.rule = Rule::IntegerExactly; return withDefault(f, value);
+}
+
+constexpr Field textExactly(const char* key, const char* value) {
+    Field f; f.key = key; f.rule = Rule::TextExactly; return textDefault(f, value);
 }
 
 constexpr Section arraySection(const char* checkName, const char* nullLabel,
