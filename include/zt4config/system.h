@@ -77,6 +77,94 @@ ZT4_API json_t* readJSONZT4FactorySystemDeviceSyntaxVersion1(void) ZT4_NOEXCEPT;
 /* System connector `id` (1 to 6) out of readJSONZT4SystemConnector(): new reference or NULL. */
 ZT4_API json_t* readJSONZT4SystemConnectorById(uint8_t id) ZT4_NOEXCEPT;
 
+/* Creators of default system sections. The argument is the availability (0 or 1) set in every
+ * "Enable" of the result, or for the connectors the number of available connectors. */
+/* {"Enable": enable}, by the system file's version: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemEnable(uint8_t enable) ZT4_NOEXCEPT;
+/* Version 0 of createJSONZT4SystemEnable: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemEnableSyntaxVersion0(uint8_t enable) ZT4_NOEXCEPT;
+/* Version 1 of createJSONZT4SystemEnable: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemEnableSyntaxVersion1(uint8_t enable) ZT4_NOEXCEPT;
+/* {"Enable": enable, "Cycle": 1}, the default sag: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemSagEnableSyntaxVersion1(uint8_t enable) ZT4_NOEXCEPT;
+/* The default "RadioLoRa" section, by the system file's version: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemRadio(uint8_t enable) ZT4_NOEXCEPT;
+/* Version 0 of createJSONZT4SystemRadio: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemRadioLoRaSyntaxVersion0(uint8_t enable) ZT4_NOEXCEPT;
+/* Version 1 of createJSONZT4SystemRadio: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemRadioLoRaSyntaxVersion1(uint8_t enable) ZT4_NOEXCEPT;
+/* One default connector {"Enable": enable}, by the system file's version: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemConnector(uint8_t enable) ZT4_NOEXCEPT;
+/* Version 0 of createJSONZT4SystemConnector: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemConnectorSyntaxVersion0(uint8_t enable) ZT4_NOEXCEPT;
+/* Version 1 of createJSONZT4SystemConnector: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemConnectorSyntaxVersion1(uint8_t enable) ZT4_NOEXCEPT;
+/* Six connectors, the first `count` available, by the system file's version: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemConnectors(uint8_t count) ZT4_NOEXCEPT;
+/* Version 0 of createJSONZT4SystemConnectors: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemConnectorsSyntaxVersion0(uint8_t count) ZT4_NOEXCEPT;
+/* Version 1 of createJSONZT4SystemConnectors: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemConnectorsSyntaxVersion1(uint8_t count) ZT4_NOEXCEPT;
+/* The default "Expert" object with its eleven members, by the system file's version: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemExpert(uint8_t enable) ZT4_NOEXCEPT;
+/* Version 0 of createJSONZT4SystemExpert: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemExpertSyntaxVersion0(uint8_t enable) ZT4_NOEXCEPT;
+/* Version 1 of createJSONZT4SystemExpert: new reference or NULL. */
+ZT4_API json_t* createJSONZT4SystemExpertSyntaxVersion1(uint8_t enable) ZT4_NOEXCEPT;
+
+/* Section writers of the system document. Each checks a copy of `json` (borrowed), filling in
+ * missing keys; an invalid section is logged and refused but the result is 0. A valid one is
+ * merged into the stored document: service sections update the stored section, RadioLoRa
+ * replaces it, Connectors and Expert update "ElectricalConfiguration" where it has them. */
+/* Writes "Web" (borrowed), by the system file's version: 0 (also when refused) or -1. */
+ZT4_API int writeJSONZT4SystemWeb(json_t* json) ZT4_NOEXCEPT;
+/* Version 0 of writeJSONZT4SystemWeb: 0 or -1. */
+ZT4_API int writeJSONZT4SystemWebSyntaxVersion0(json_t* json) ZT4_NOEXCEPT;
+/* Version 1 of writeJSONZT4SystemWeb: 0 or -1. */
+ZT4_API int writeJSONZT4SystemWebSyntaxVersion1(json_t* json) ZT4_NOEXCEPT;
+/* Writes "RadioLoRa" (borrowed), by the system file's version: 0 (also when refused) or -1. */
+ZT4_API int writeJSONZT4SystemRadio(json_t* json) ZT4_NOEXCEPT;
+/* Version 0 of writeJSONZT4SystemRadio: 0 or -1. */
+ZT4_API int writeJSONZT4SystemRadioLoRaSyntaxVersion0(json_t* json) ZT4_NOEXCEPT;
+/* Version 1 of writeJSONZT4SystemRadio: 0 or -1. */
+ZT4_API int writeJSONZT4SystemRadioLoRaSyntaxVersion1(json_t* json) ZT4_NOEXCEPT;
+/* Writes "WiFi" (borrowed), by the system file's version: 0 (also when refused) or -1. */
+ZT4_API int writeJSONZT4SystemWiFi(json_t* json) ZT4_NOEXCEPT;
+/* Version 0 of writeJSONZT4SystemWiFi: 0 or -1. */
+ZT4_API int writeJSONZT4SystemWiFiSyntaxVersion0(json_t* json) ZT4_NOEXCEPT;
+/* Version 1 of writeJSONZT4SystemWiFi: 0 or -1. */
+ZT4_API int writeJSONZT4SystemWiFiSyntaxVersion1(json_t* json) ZT4_NOEXCEPT;
+/* Writes "Ethernet" (borrowed), by the system file's version: 0 (also when refused) or -1. */
+ZT4_API int writeJSONZT4SystemEthernet(json_t* json) ZT4_NOEXCEPT;
+/* Version 0 of writeJSONZT4SystemEthernet: 0 or -1. */
+ZT4_API int writeJSONZT4SystemEthernetSyntaxVersion0(json_t* json) ZT4_NOEXCEPT;
+/* Version 1 of writeJSONZT4SystemEthernet: 0 or -1. */
+ZT4_API int writeJSONZT4SystemEthernetSyntaxVersion1(json_t* json) ZT4_NOEXCEPT;
+/* Writes "Modbus" (borrowed), by the system file's version: 0 (also when refused) or -1. */
+ZT4_API int writeJSONZT4SystemModbus(json_t* json) ZT4_NOEXCEPT;
+/* Version 0 of writeJSONZT4SystemModbus: 0 or -1. */
+ZT4_API int writeJSONZT4SystemModbusSyntaxVersion0(json_t* json) ZT4_NOEXCEPT;
+/* Version 1 of writeJSONZT4SystemModbus: 0 or -1. */
+ZT4_API int writeJSONZT4SystemModbusSyntaxVersion1(json_t* json) ZT4_NOEXCEPT;
+/* Writes "BACnet" (borrowed), by the system file's version: 0 (also when refused) or -1. */
+ZT4_API int writeJSONZT4SystemBACnet(json_t* json) ZT4_NOEXCEPT;
+/* Version 0 of writeJSONZT4SystemBACnet: 0 or -1. */
+ZT4_API int writeJSONZT4SystemBACnetSyntaxVersion0(json_t* json) ZT4_NOEXCEPT;
+/* Version 1 of writeJSONZT4SystemBACnet: 0 or -1. */
+ZT4_API int writeJSONZT4SystemBACnetSyntaxVersion1(json_t* json) ZT4_NOEXCEPT;
+/* Writes the "Connectors" array (borrowed), by the system file's version: 0 (also when refused) or -1. */
+ZT4_API int writeJSONZT4SystemConnector(json_t* json) ZT4_NOEXCEPT;
+/* Version 0 of writeJSONZT4SystemConnector: 0 or -1. */
+ZT4_API int writeJSONZT4SystemConnectorsSyntaxVersion0(json_t* json) ZT4_NOEXCEPT;
+/* Version 1 of writeJSONZT4SystemConnector: 0 or -1. */
+ZT4_API int writeJSONZT4SystemConnectorsSyntaxVersion1(json_t* json) ZT4_NOEXCEPT;
+/* Writes the "Expert" object (borrowed), by the system file's version: 0 (also when refused) or -1. */
+ZT4_API int writeJSONZT4SystemExpert(json_t* json) ZT4_NOEXCEPT;
+/* Version 0 of writeJSONZT4SystemExpert: 0 or -1. */
+ZT4_API int writeJSONZT4SystemExpertSyntaxVersion0(json_t* json) ZT4_NOEXCEPT;
+/* Version 1 of writeJSONZT4SystemExpert: 0 or -1. */
+ZT4_API int writeJSONZT4SystemExpertSyntaxVersion1(json_t* json) ZT4_NOEXCEPT;
+
 ZT4_END_DECLS
 
 #endif /* ZT4CONFIG_SYSTEM_H */
