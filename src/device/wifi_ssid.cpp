@@ -41,12 +41,13 @@ extern "C" int getConfigWiFiSSID(char* buffer, size_t size) noexcept {
         return -1;
     }
     buffer[0] = '\0';
-    return zt4::guarded(__func__, -1, [&] {
+    const char* function = __func__;
+    return zt4::guarded(function, -1, [&] {
         std::string path = zt4::resolvePath("/home/nvram/hostapd.conf");
         int fd = open(path.c_str(), O_RDWR | O_SYNC, 0666);
         if (fd < 0) {
             int error = errno;
-            zt4::logError(__func__, "FAILED open file '%s'. %s (%d)", path.c_str(),
+            zt4::logError(function, "FAILED open file '%s'. %s (%d)", path.c_str(),
                           std::strerror(error), error);
             return -1;
         }
@@ -54,7 +55,7 @@ extern "C" int getConfigWiFiSSID(char* buffer, size_t size) noexcept {
         if (file == nullptr) {
             int error = errno;
             std::perror("fopen /home/nvram/hostapd.conf");
-            zt4::logError(__func__, "FAILED fopen file '%s'. %s (%d)", path.c_str(),
+            zt4::logError(function, "FAILED fopen file '%s'. %s (%d)", path.c_str(),
                           std::strerror(error), error);
             close(fd);
             return -1;
@@ -63,7 +64,9 @@ extern "C" int getConfigWiFiSSID(char* buffer, size_t size) noexcept {
         findSsid(file, ssid);
         std::fclose(file);
         if (ssid[0] == '\0') {
-            if (zt4::debugLevel() > 1) zt4::logLine(LOG_ERR, "error.[%s] value is empty", __func__);
+            if (zt4::debugLevel() > 1) {
+                zt4::logLine(LOG_ERR, "error.[%s] value is empty", function);
+            }
             return -1;
         }
         zt4::logLine(LOG_INFO, "get SSID: %s", ssid);
