@@ -10,8 +10,9 @@
 
 #include "cli.hpp"
 
-// The library reads the host's debug level.
-int debug_level = 0;
+// The library reads the host's debug level; exported so that the shared library can see it
+// (the build hides symbols by default).
+__attribute__((visibility("default"))) int debug_level = 0;
 
 namespace cli {
 
