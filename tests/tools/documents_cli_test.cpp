@@ -17,8 +17,8 @@ protected:
             ADD_FAILURE() << "ZT4_CLI is not set";
             return -1;
         }
-        const std::string command =
-            std::string("'") + cli + "' --root '" + root() + "' " + arguments + " 2>/dev/null";
+        // A command line (under emulation, the emulator and the tool), not a single path.
+        const std::string command = std::string(cli) + " --root " + root() + " " + arguments + " 2>/dev/null";
         FILE* pipe = popen(command.c_str(), "r");
         if (pipe == nullptr) return -1;
         out.clear();

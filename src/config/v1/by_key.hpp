@@ -8,7 +8,9 @@
 // "Phase", as an object for any other key.
 json_t* readJSONZT4ByKeyObject(json_t* json, const char* key) noexcept;
 
-// Section `key` of the user document, or the section's defaults when the document lacks it.
+// Top-level section `key` of the user document, or the section's defaults when the document lacks
+// it. "VoltageTransformer" and "Connectors" sit inside "ElectricalConfiguration" in a version-1
+// document, so for them this reader gives the defaults: read that section and take them from it.
 json_t* readJSONZT4UserConfigByKeyObject(const char* key) noexcept;
 
 // Member `key` of the user "Expert" section (in "ElectricalConfiguration"), or its defaults.
