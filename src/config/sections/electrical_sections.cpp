@@ -13,10 +13,12 @@ constexpr Field kElectricalFields[] = {
     numberAtLeast("NominalVoltage", 230.0, 100.0),
     // A voltage transformer that cannot be checked is reported under the Expert's wording.
     nestedField("VoltageTransformer", kVoltageTransformer).checkedAs("ExpertVoltageTransformer"),
-    nestedField("Connectors", kConnectors).repairedAs("jsonConnectors", "Connectors"),
+    nestedField("Connectors", kConnectors).repairedAs("jsonConnectors", "Connectors")
+        .complianceAbsentText("jsonConnectors NULL"),
     // The repair inserts the Expert defaults under "jsonExpert": the section stays without
     // "Expert", which the rule then reports as not defined. Devices in the field rely on it.
-    nestedField("Expert", kExpert).repairedAs("jsonExpert", "jsonExpert"),
+    nestedField("Expert", kExpert).repairedAs("jsonExpert", "jsonExpert")
+        .complianceAbsentText("jsonExpert NULL"),
 };
 
 constexpr Field kVoltageTransformerFields[] = {
@@ -49,15 +51,24 @@ constexpr Field kCurrentTransformerPrimaryFields[] = {
     integerAtLeast("CurrentPrimary", 5, 0),
 };
 
+// The current transformers of a channel: their directions are known to compliance and the filter
+// only; the section check leaves them alone.
+constexpr Field kCurrentTransformerFields[] = {booleanField("Direction", 0)};
+constexpr ArrayShape kCurrentTransformersShape = {
+    1, {1, 3}, {&kCurrentTransformer, &kCurrentTransformer}, WrongSize::Refuse,
+    "CurrentTransformer size {value} is incorrect", nullptr, "CurrentTransformer", true};
+
 constexpr Field kChannelEnable = booleanField("Enable", 0);
 constexpr Field kChannelName = textField("Name", "");
 constexpr Field kChannelGeneralFactor = numberAbove("GeneralFactor", 1.0, 0.0);
+constexpr Field kChannelTransformers =
+    nestedField("CurrentTransformer", kCurrentTransformers).onlyForCompliance();
 constexpr Field kChannelPrimary = nestedField("CurrentTransformerPrimary", kCurrentTransformerPrimary);
 
 constexpr Field kChannelCommonFields[] = {
-    kChannelEnable, kChannelName, kChannelGeneralFactor, kChannelPrimary};
+    kChannelEnable, kChannelName, kChannelGeneralFactor, kChannelTransformers, kChannelPrimary};
 constexpr Field kChannel1PFields[] = {
-    kChannelEnable, kChannelName, kChannelGeneralFactor, kChannelPrimary,
+    kChannelEnable, kChannelName, kChannelGeneralFactor, kChannelTransformers, kChannelPrimary,
     integerBetween("Phase", 1, 0, 3)};
 
 // ---- Expert ----------------------------------------------------------------------------------
@@ -72,10 +83,12 @@ constexpr ArrayShape kSwellPhasesShape = {
 const Section kSagPhases = arraySection(nullptr, "sag phase", kSagPhasesShape);
 const Section kSwellPhases = arraySection(nullptr, "swell phase", kSwellPhasesShape);
 
-// A sag of exactly 100 % is refused, a swell of exactly 100 % accepted.
+// A sag of exactly 100 % is refused, a swell of exactly 100 % accepted; compliance accepts
+// 100 % for both.
+constexpr Field kRateLevelCompliance = numberWithin("RateLevel", 1.0, 0.0, 100.0, true);
 constexpr Field kSagFields[] = {
     booleanField("Enable", 1),
-    numberWithin("RateLevel", 1.0, 0.0, 100.0, false),
+    numberWithin("RateLevel", 1.0, 0.0, 100.0, false).compliesAs(kRateLevelCompliance),
     nestedField("Phase", kSagPhases).repairedAs("sag phase", "Phase"),
 };
 constexpr Field kSwellFields[] = {
@@ -84,7 +97,10 @@ constexpr Field kSwellFields[] = {
     nestedField("Phase", kSwellPhases).repairedAs("swell phase", "Phase").absentText("jsonPhase not defined"),
 };
 
-constexpr Field kCurrentAverageMaxFields[] = {integerAtLeast("Period", 15, 1)};
+constexpr Field kCurrentAverageMaxFields[] = {
+    booleanField("Enable", 0).onlyForCompliance(),
+    integerAtLeast("Period", 15, 1),
+};
 // The threshold is checked as a number but its default is the integer 0.
 constexpr Field kOverCurrentFields[] = {withDefault(numberAtLeast("Threshold", 0.0, 0.0), 0)};
 
@@ -114,8 +130,10 @@ constexpr ArrayShape kExpertConnectorsShape = {
     6, {6, 0}, {&kExpertConnector, nullptr}, WrongSize::Refuse,
     "INVALID size array ({value}) ExpertConnector", nullptr, "ExpertConnector"};
 
+// Compliance also bounds the number of three-phase connectors by the six connectors.
+constexpr Field kThreephaseCompliance = integerBetween("NumberConnectorThreephase", 3, 0, 6);
 constexpr Field kExpertFields[] = {
-    integerAtLeast("NumberConnectorThreephase", 3, 0),
+    integerAtLeast("NumberConnectorThreephase", 3, 0).compliesAs(kThreephaseCompliance),
     nestedField("Sag", kExpertSag),
     nestedField("Swell", kExpertSwell),
     nestedField("Connectors", kExpertConnectors),
@@ -141,6 +159,9 @@ const Section kConnectorChannel3P = objectSection(
     "checkJSONZT4UserConfigConnectorChannel3PSyntaxVersion1", "channel", kChannelCommonFields);
 const Section kConnectorChannel1P = objectSection(
     "checkJSONZT4UserConfigConnectorChannel1PSyntaxVersion1", "channel", kChannel1PFields);
+const Section kCurrentTransformers =
+    arraySection(nullptr, "currenttransformer", kCurrentTransformersShape);
+const Section kCurrentTransformer = objectSection(nullptr, "currenttransformer", kCurrentTransformerFields);
 const Section kCurrentTransformerPrimary =
     objectSection(nullptr, "currenttransformerprimary", kCurrentTransformerPrimaryFields);
 const Section kExpert =

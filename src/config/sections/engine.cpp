@@ -137,7 +137,7 @@ void repairMissing(const Section& section, json_t* input, const json_t* defaults
                    const char* function) {
     for (std::size_t i = 0; i < section.fieldCount; ++i) {
         const Field& f = section.fields[i];
-        if (json_object_get(input, f.key) != nullptr) continue;
+        if (f.complianceOnly || json_object_get(input, f.key) != nullptr) continue;
         logError(function, "%s NULL", f.repairName());
         json_t* value = json_object_get(defaults, f.key);
         if (value != nullptr) json_object_set_new(input, f.insertedKey(), json_deep_copy(value));
@@ -150,7 +150,7 @@ bool overlay(const Section& section, json_t* defaults, const json_t* stored) {
     for (std::size_t i = 0; i < section.fieldCount; ++i) {
         const Field& f = section.fields[i];
         json_t* value = json_object_get(stored, f.key);
-        if (value == nullptr) continue;
+        if (value == nullptr || f.complianceOnly) continue;
         json_t* current = json_object_get(defaults, f.key);
         if (f.rule == Rule::Nested && !f.nested->isArray() && json_is_object(value) &&
             json_is_object(current)) {
@@ -256,6 +256,7 @@ json_t* buildDefaults(const Section& section, const char* function) {
     JsonRef object(json_object());
     for (std::size_t i = 0; object && i < section.fieldCount; ++i) {
         const Field& f = section.fields[i];
+        if (f.complianceOnly) continue;
         json_t* value = fieldDefault(f, function);
         if (value == nullptr || json_object_set_new(object.get(), f.key, value) != 0) return nullptr;
     }
@@ -322,6 +323,7 @@ json_t* check(const Section& section, json_t* input, std::int8_t* status,
     int verdict = kValid;
     for (std::size_t i = 0; i < section.fieldCount; ++i) {
         const Field& f = section.fields[i];
+        if (f.complianceOnly) continue;
         const int result = checkField(f, input, function);
         verdict = f.assignsStatus ? result : (verdict | result);
     }

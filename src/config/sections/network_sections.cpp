@@ -22,12 +22,15 @@ constexpr Field kWiFiDhcpFields[] = {
     ipv4Field("DHCPRangeEndIP", "10.42.0.120"),
 };
 
+// A complete document may leave the name server empty.
+constexpr Field kDnsCompliance = ipv4OrEmpty("Dns", "");
+
 constexpr Field kEthernetFields[] = {
     addressingField("IPv4Addressing", "Static"),
     ipv4Field("AddressIP", "192.168.1.66"),
     ipv4Field("Netmask", "255.255.255.0"),
     ipv4Field("GW", "192.168.1.1"),
-    ipv4Field("Dns", "8.8.8.8"),
+    ipv4Field("Dns", "8.8.8.8").compliesAs(kDnsCompliance),
 };
 
 constexpr Field kModbusFields[] = {

@@ -37,6 +37,7 @@ enum class Rule : std::uint8_t {
     TextPrefixOneOf,       // begins with one of `texts` (their first `compared` characters)
     EuiOrEmpty,            // empty, or an identifier of `euiLength` characters and `euiGroups` bytes
     Nested,                // an object or array checked by the description `nested`
+    Ipv4OrEmpty,           // empty, or json_check_ipv4
     IntegerExactly,        // json_check_integer_default(the default): a fixed property
     TextExactly,           // json_check_string_default(the default): a fixed property
 };
@@ -85,6 +86,15 @@ struct Field {
     // checked after another whose fault it deliberately hides).
     bool assignsStatus = false;
 
+    // What a whole-document compliance check and the filter see, where they differ from the
+    // section check. Compliance applies no default and repairs nothing; it demands every key
+    // that is not optional, then runs the rules.
+    bool complianceOnly = false;      // unknown to the section check (never defaulted or checked)
+    bool optional = false;            // compliance accepts its absence; the filter keeps it if present
+    bool nonEmpty = false;            // EuiOrEmpty: compliance refuses the empty text ("{key} EMPTY")
+    const char* complianceAbsent = nullptr;  // compliance's "... NULL" line when absent (template)
+    const Field* complianceView = nullptr;   // the field as compliance checks it, when its rule differs
+
     constexpr const char* messageName() const { return label ? label : key; }
     constexpr const char* insertedKey() const { return repairKey ? repairKey : key; }
     constexpr const char* repairName() const { return repairLabel ? repairLabel : messageName(); }
@@ -98,6 +108,13 @@ struct Field {
     constexpr Field absentText(const char* text) const { Field f = *this; f.messages.absent = text; return f; }
     constexpr Field wrongTypeText(const char* text) const { Field f = *this; f.messages.wrongType = text; return f; }
     constexpr Field assigningStatus() const { Field f = *this; f.assignsStatus = true; return f; }
+    constexpr Field onlyForCompliance() const { Field f = *this; f.complianceOnly = true; return f; }
+    constexpr Field optionalField() const { Field f = *this; f.optional = true; return f; }
+    constexpr Field nonEmptyText() const { Field f = *this; f.nonEmpty = true; return f; }
+    constexpr Field complianceAbsentText(const char* text) const {
+        Field f = *this; f.complianceAbsent = text; return f;
+    }
+    constexpr Field compliesAs(const Field& view) const { Field f = *this; f.complianceView = &view; return f; }
 };
 
 // What an array section does when its size is not one it accepts.
@@ -116,6 +133,9 @@ struct ArrayShape {
     const char* wrongSizeText;     // template, "{value}" the size (Rebuild, Refuse)
     const char* missingText;       // template, "{value}" the element's number (FillMissing)
     const char* elementLabel;      // "Connector": "Connector%u IS NOT Object JSON"
+    // The filter keeps every entry, whatever the size (otherwise, with two accepted sizes, an
+    // array of another size is filtered to an empty one).
+    bool filterEveryEntry = false;
 };
 
 struct Section {
@@ -252,6 +272,10 @@ constexpr Section storedSystemSection(Section s, json_t* (*reader)(), const char
 
 constexpr Field integerExactly(const char* key, long long value) {
     Field f; f.key = key; f.rule = Rule::IntegerExactly; return withDefault(f, value);
+}
+
+constexpr Field ipv4OrEmpty(const char* key, const char* byDefault) {
+    Field f; f.key = key; f.rule = Rule::Ipv4OrEmpty; return textDefault(f, byDefault);
 }
 
 constexpr Field textExactly(const char* key, const char* value) {

@@ -23,6 +23,8 @@ extern const Section kConnector;
 extern const Section kConnectorChannelCommon;
 extern const Section kConnectorChannel3P;
 extern const Section kConnectorChannel1P;
+extern const Section kCurrentTransformers;
+extern const Section kCurrentTransformer;
 extern const Section kCurrentTransformerPrimary;
 extern const Section kExpert;
 extern const Section kExpertSag;
