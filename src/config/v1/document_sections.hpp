@@ -1,0 +1,27 @@
+// How a complete user document (syntax version 1) is laid out: its top-level sections in order,
+// with the number each is reported under, and the descriptions that only the whole-document
+// compliance check and the filter need.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "config/sections/section.hpp"
+
+namespace zt4::v1 {
+
+struct DocumentSection {
+    const char* key;                    // "Web"
+    std::uint8_t number;                // reported when the section fails (1 to 8)
+    const sections::Section* section;
+};
+
+extern const DocumentSection kDocumentSections[8];
+
+// The "Syntax" object.
+extern const sections::Section kSyntaxSection;
+// "RadioLoRa" and "WiFi" as a complete document holds them: "APPEUI" set, "APPKEY" optional.
+extern const sections::Section kRadioLoRaDocument;
+extern const sections::Section kWiFiDocument;
+
+}  // namespace zt4::v1

@@ -1,0 +1,215 @@
+#include "config/v1/filter_rules.hpp"
+
+#include <cstring>
+
+#include "common/json_ref.hpp"
+#include "common/log.hpp"
+#include "config/sections/user_sections.hpp"
+#include "config/v1/document_sections.hpp"
+
+namespace zt4::v1 {
+namespace {
+
+using sections::Field;
+using sections::Rule;
+using sections::Section;
+
+// The filter function of a level and the label of its "<label> NULL" / "<label> Copy NULL" lines.
+struct LevelWording {
+    const Section* section;
+    const char* function;
+    const char* label;
+};
+
+const LevelWording kLevelWordings[] = {
+    {&kSyntaxSection, "filterUserConfigSyntaxVersion1", "Syntax"},
+    {&sections::kWeb, "filterUserConfigWebSyntaxVersion1", "Web"},
+    {&kRadioLoRaDocument, "filterUserConfigRadioLoRaSyntaxVersion1", "RadioLoRa"},
+    {&kWiFiDocument, "filterUserConfigWiFiSyntaxVersion1", "WiFi"},
+    {&sections::kEthernet, "filterUserConfigEthernetSyntaxVersion1", "Ethernet"},
+    {&sections::kModbus, "filterUserConfigModbusSyntaxVersion1", "Modbus"},
+    {&sections::kBACnet, "filterUserConfigBACnetSyntaxVersion1", "BACnet"},
+    {&sections::kElectricalConfiguration, "filterUserConfigElectricalConfigurationSyntaxVersion1",
+     "ElectricalConfiguration"},
+    {&sections::kVoltageTransformer, "filterUserConfigVoltageTransformerSyntaxVersion1", "VoltageTransformer"},
+    {&sections::kConnector, "filterUserConfigConnectorSyntaxVersion1", "Connector"},
+    {&sections::kConnectorChannelCommon, "filterUserConfigConnectorChannelCommonSyntaxVersion1", "Channel Common"},
+    {&sections::kConnectorChannel3P, "filterUserConfigConnectorChannel3PSyntaxVersion1", "Channel 3P"},
+    {&sections::kConnectorChannel1P, "filterUserConfigConnectorChannel1PSyntaxVersion1", "Channel 1P"},
+    {&sections::kCurrentTransformer, "filterUserConfigCurrentTransformerDirectionSyntaxVersion1", "CurrentTransformer"},
+    {&sections::kCurrentTransformerPrimary, "filterUserConfigCurrentTransformerPrimarySyntaxVersion1",
+     "CurrentTransformerPrimary"},
+    {&sections::kExpert, "filterUserConfigExpertSyntaxVersion1", "Expert"},
+    {&sections::kExpertSag, "filterUserConfigExpertSagSyntaxVersion1", "Sag Swell"},
+    {&sections::kExpertSwell, "filterUserConfigExpertSwellSyntaxVersion1", "Sag Swell"},
+    {&sections::kExpertCurrentAverageMax, "filterUserConfigExpertCurrentAverageMaxSyntaxVersion1",
+     "CurrentAverageMax"},
+    {&sections::kExpertOverCurrent, "filterUserConfigExpertOverCurrentSyntaxVersion1", "OverCurrent"},
+    {&sections::kExpertConnector, "filterUserConfigExpertConnectorSyntaxVersion1", "Expert Connector"},
+    {&sections::kExpertConnectorChannel, "filterUserConfigExpertConnectorChannelSyntaxVersion1", "Expert Channel"},
+};
+
+// What the filter of an array member says, by its parent and key. Each text takes one number.
+struct ArrayWording {
+    const Section* parent;
+    const char* key;
+    const char* function;       // the array's own filter
+    const char* sizeInfo;       // info line with the source size, or null
+    const char* entryFailed;    // with the entry's number from 1
+    const char* elementLabel;   // label of entries that have no level of their own, or null
+};
+
+const ArrayWording kArrayWordings[] = {
+    {&sections::kElectricalConfiguration, "Connectors", "filterUserConfigConnectorsSyntaxVersion1", nullptr,
+     "Failed to filter JSON section Connector %d", nullptr},
+    {&sections::kConnector, "Channel", "filterUserConfigConnectorChannelsSyntaxVersion1",
+     "Filter %d Connector Channel(s)", "Failed to filter JSON Channel %d", nullptr},
+    {&sections::kConnectorChannelCommon, "CurrentTransformer", "filterUserConfigCurrentTransformerSyntaxVersion1",
+     "Filter %d CT", "Failed to filter JSON section CT %d", nullptr},
+    {&sections::kConnectorChannel3P, "CurrentTransformer", "filterUserConfigCurrentTransformerSyntaxVersion1",
+     "Filter %d CT", "Failed to filter JSON section CT %d", nullptr},
+    {&sections::kConnectorChannel1P, "CurrentTransformer", "filterUserConfigCurrentTransformerSyntaxVersion1",
+     "Filter %d CT", "Failed to filter JSON section CT %d", nullptr},
+    {&sections::kExpertSag, "Phase", "filterUserConfigExpertPhasesSyntaxVersion1", "Filter %d Expert Phases",
+     "Failed to filter JSON section Expert Phase %d", "Expert Phase"},
+    {&sections::kExpertSwell, "Phase", "filterUserConfigExpertPhasesSyntaxVersion1", "Filter %d Expert Phases",
+     "Failed to filter JSON section Expert Phase %d", "Expert Phase"},
+    {&sections::kExpert, "Connectors", "filterUserConfigExpertConnectorsSyntaxVersion1", nullptr,
+     "Failed to filter JSON section Expert Connector %d", nullptr},
+    {&sections::kExpertConnector, "Channel", "filterUserConfigExpertConnectorChannelsSyntaxVersion1",
+     "Filter %d Expert Connector Channel(s)", "Failed to filter JSON Expert Channel %d", nullptr},
+};
+
+const LevelWording* levelWording(const Section* section) {
+    for (const LevelWording& wording : kLevelWordings) {
+        if (wording.section == section) return &wording;
+    }
+    return nullptr;
+}
+
+const ArrayWording* arrayWording(const Section& parent, const char* key) {
+    for (const ArrayWording& wording : kArrayWordings) {
+        if (wording.parent == &parent && std::strcmp(wording.key, key) == 0) return &wording;
+    }
+    return nullptr;
+}
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+void logNumbered(bool error, const char* function, const char* format, int number) {
+    if (error) {
+        logError(function, format, number);
+    } else {
+        logInfo(function, format, number);
+    }
+}
+#pragma GCC diagnostic pop
+
+int filterEntry(const Section& element, const char* label, json_t* source, json_t* destination,
+                const char* function) {
+    const LevelWording* wording = levelWording(&element);
+    if (wording == nullptr) {
+        // Entries without a level of their own: the array's filter copies their keys.
+        if (source == nullptr) {
+            logError(function, "%s NULL", label);
+            return -1;
+        }
+        for (std::size_t i = 0; i < element.fieldCount; ++i) {
+            json_t* value = json_object_get(source, element.fields[i].key);
+            if (value != nullptr) json_object_set(destination, element.fields[i].key, value);
+        }
+        return 0;
+    }
+    return filterObject(element, source, destination, wording->function);
+}
+
+}  // namespace
+
+int filterArray(const Section& parent, const char* key, json_t* source, json_t* destination,
+                const char* function) noexcept {
+    const ArrayWording* wording = arrayWording(parent, key);
+    const Field* field = nullptr;
+    for (std::size_t i = 0; i < parent.fieldCount; ++i) {
+        if (std::strcmp(parent.fields[i].key, key) == 0) field = &parent.fields[i];
+    }
+    if (wording == nullptr || field == nullptr || field->nested == nullptr || !field->nested->isArray()) {
+        logError(function, "%s has no filter", key);
+        return -1;
+    }
+    function = wording->function;
+    if (!json_is_array(source)) {
+        logError(function, "%s NULL", key);
+        return -1;
+    }
+    if (destination == nullptr) {
+        logError(function, "%s Copy NULL", key);
+        return -1;
+    }
+    const sections::ArrayShape& shape = *field->nested->array;
+    const std::size_t size = json_array_size(source);
+    if (wording->sizeInfo != nullptr) logNumbered(false, function, wording->sizeInfo, static_cast<int>(size));
+    const Section* element = shape.elements[0];
+    if (shape.sizes[1] != 0 && !shape.filterEveryEntry) {
+        // Entries whose kind depends on their count: any other count gives an empty array.
+        element = size == shape.sizes[0] ? shape.elements[0] : size == shape.sizes[1] ? shape.elements[1] : nullptr;
+        if (element == nullptr) return 0;
+    }
+    for (std::size_t i = 0; i < size; ++i) {
+        JsonRef copy(json_object());
+        if (!copy || filterEntry(*element, wording->elementLabel ? wording->elementLabel : key,
+                                 json_array_get(source, i), copy.get(), function) != 0 ||
+            json_array_append(destination, copy.get()) != 0) {
+            logNumbered(true, function, wording->entryFailed, static_cast<int>(i + 1));
+            return -1;
+        }
+    }
+    return 0;
+}
+
+int filterObject(const Section& section, json_t* source, json_t* destination,
+                 const char* function) noexcept {
+    const LevelWording* wording = levelWording(&section);
+    const char* label = wording ? wording->label : section.nullLabel;
+    if (function == nullptr) function = wording ? wording->function : "filterObject";
+    if (source == nullptr) {
+        logError(function, "%s NULL", label);
+        return -1;
+    }
+    if (destination == nullptr) {
+        logError(function, "%s Copy NULL", label);
+        return -1;
+    }
+    for (std::size_t i = 0; i < section.fieldCount; ++i) {
+        const Field& f = section.fields[i];
+        json_t* value = json_object_get(source, f.key);
+        // Setting a missing value fails quietly: filtering never adds a key.
+        if (f.rule != Rule::Nested && value != nullptr) json_object_set(destination, f.key, value);
+    }
+    for (std::size_t i = 0; i < section.fieldCount; ++i) {
+        const Field& f = section.fields[i];
+        if (f.rule != Rule::Nested) continue;
+        json_t* value = json_object_get(source, f.key);
+        const LevelWording* nested = f.nested->isArray() ? nullptr : levelWording(f.nested);
+        // An object without a filter level of its own (the WiFi "DHCP") belongs to its parent's
+        // filter, which copies it when the source has it.
+        if (!f.nested->isArray() && nested == nullptr && value == nullptr) continue;
+        JsonRef copy(f.nested->isArray() ? json_array() : json_object());
+        if (!copy) {
+            logError(function, "FAILED to create object json json%sCopy", f.key);
+            return -1;
+        }
+        int result = -1;
+        if (f.nested->isArray()) {
+            result = filterArray(section, f.key, value, copy.get(), function);
+        } else {
+            result = filterObject(*f.nested, value, copy.get(), nested ? nested->function : function);
+        }
+        if (result != 0 || json_object_set(destination, f.key, copy.get()) != 0) {
+            logError(function, "Failed to filter JSON section %s", f.key);
+            return -1;
+        }
+    }
+    return 0;
+}
+
+}  // namespace zt4::v1
