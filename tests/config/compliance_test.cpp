@@ -1,5 +1,7 @@
+#include <sys/wait.h>
 #include <syslog.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -238,5 +240,50 @@ TEST_F(TakeUp, ACompliantCandidateIsStoredFiltered) {
     json_decref(expected);
     json_decref(stored);
 }
+
+// ---- The command-line tool ------------------------------------------------------------------
+
+struct CliCase {
+    const char* label;
+    const char* command;    // "check" or "apply"
+    const char* path;       // mutation of the example document, or null
+    const char* value;
+    int status;
+    const char* output;     // fragment of stdout and stderr together
+    bool stored;            // the candidate became the user document
+};
+void PrintTo(const CliCase& c, std::ostream* out) { *out << c.label; }
+
+class CheckCli : public TakeUp, public ::testing::WithParamInterface<CliCase> {
+protected:
+    int run(const std::string& args, std::string& output) const {
+        std::string command = std::string(std::getenv("ZT4_CLI")) + " --root '" + root() + "' " + args + " 2>&1";
+        std::FILE* pipe = popen(command.c_str(), "r");
+        if (pipe == nullptr) return -1;
+        char chunk[256];
+        size_t got;
+        while ((got = std::fread(chunk, 1, sizeof chunk, pipe)) > 0) output.append(chunk, got);
+        int status = pclose(pipe);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+};
+
+TEST_P(CheckCli, ReportsTheFailingSectionAndStoresOnlyOnApply) {
+    const CliCase& c = GetParam();
+    if (std::getenv("ZT4_CLI") == nullptr) GTEST_SKIP() << "ZT4_CLI not set";
+    const std::string file = candidateFile(candidate(c.path, c.value));
+    std::string output;
+    EXPECT_EQ(run(std::string(c.command) + " " + file, output), c.status) << output;
+    EXPECT_NE(output.find(c.output), std::string::npos) << output;
+    EXPECT_EQ(readFile(kUserPath) != kStored, c.stored);
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, CheckCli, ::testing::Values(
+    CliCase{"check ok", "check", nullptr, nullptr, 0, "ok", false},
+    CliCase{"check fault", "check", "Modbus/SlaveID", "0", 1, "6 Modbus", false},
+    CliCase{"check message", "check", "ElectricalConfiguration/LineFrequency", "55", 1,
+            "LineFrequency 55.000000 INVALID", false},
+    CliCase{"apply ok", "apply", nullptr, nullptr, 0, "ok", true},
+    CliCase{"apply fault", "apply", "BACnet/DeviceID", "0", 1, "7 BACnet", false}));
 
 }  // namespace
