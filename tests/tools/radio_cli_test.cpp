@@ -1,0 +1,103 @@
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "support/harness.hpp"
+
+namespace {
+
+struct CliCase {
+    const char* label;
+    const char* args;
+    int status;
+    const char* output;     // fragment of stdout and stderr together
+    const char* file;       // device file to check afterwards; nullptr: none
+    const char* content;
+};
+void PrintTo(const CliCase& c, std::ostream* out) { *out << c.args; }
+
+class RadioCli : public zt4test::DeviceTest, public ::testing::WithParamInterface<CliCase> {
+protected:
+    void SetUp() override {
+        zt4test::DeviceTest::SetUp();
+        writeFile("/home/nvram/radiodeveui", "70:B3:D5:7E:D0:01:23:45\n");
+        writeFile("/home/nvram/radiojoined", "1\n");
+        writeFile("/home/nvram/hostapd.conf", "interface=wlan0\nssid=ZT4-D0012345\n");
+        writeFile("/var/tmp/hardware", "3.2.1\n");
+        writeFile("/var/tmp/radionwkkey", "70:B3:D5:7E:D0:01:23:45");
+        writeFile("/var/run/timestamp_join", "1795431600");
+    }
+
+    // Runs the tool on this test's device root; gives its exit status and output.
+    int run(const std::string& args, std::string& output) const {
+        const char* tool = std::getenv("ZT4_CLI");
+        if (tool == nullptr) return -1;
+        // ZT4_CLI is a command line (it may start with an emulator), not a single path.
+        std::string command = std::string(tool) + " --root '" + root() + "' " + args + " 2>&1";
+        std::FILE* pipe = popen(command.c_str(), "r");
+        if (pipe == nullptr) return -1;
+        char chunk[256];
+        size_t got;
+        while ((got = std::fread(chunk, 1, sizeof chunk, pipe)) > 0) output.append(chunk, got);
+        int status = pclose(pipe);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+};
+
+TEST_P(RadioCli, ExitStatusOutputAndFiles) {
+    const CliCase& c = GetParam();
+    if (std::getenv("ZT4_CLI") == nullptr) GTEST_SKIP() << "ZT4_CLI not set";
+    std::string output;
+    EXPECT_EQ(run(c.args, output), c.status) << output;
+    EXPECT_NE(output.find(c.output), std::string::npos) << output;
+    if (c.file) {
+        EXPECT_EQ(readFile(c.file), c.content);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, RadioCli, ::testing::Values(
+    CliCase{"getEui", "radio get deveui", 0, R"("deveui": "70:B3:D5:7E:D0:01:23:45")", nullptr,
+            nullptr},
+    CliCase{"getJoinedWithoutNewline", "radio get joined", 0, R"("joined": "1")", nullptr,
+            nullptr},
+    CliCase{"getBadFormat", "radio get lorawan.nwkkey", 1,
+            "error.[getConfigRadioNetworkKey] value format is wrong", nullptr, nullptr},
+    CliCase{"getMissing", "radio get user.linefrequency", 1,
+            "error.[readUserConfigLineFrequency] No file", nullptr, nullptr},
+    CliCase{"getWriteOnly", "radio get lorawan.epochtime", 2, "cannot be read", nullptr, nullptr},
+    CliCase{"getUnknown", "radio get nothing", 2, "unknown radio value nothing", nullptr, nullptr},
+    CliCase{"setEui", "radio set deveui 70:B3:D5:7E:D0:01:23:46", 0, "",
+            "/home/nvram/radiodeveui", "70:B3:D5:7E:D0:01:23:46\n"},
+    CliCase{"setBadEui", "radio set deveui 70:B3", 1,
+            "error.[setRadioDEVEUI] value format is wrong", "/home/nvram/radiodeveui",
+            "70:B3:D5:7E:D0:01:23:45\n"},
+    CliCase{"clearJoined", "radio set joined 0", 0, "", "/home/nvram/radiojoined", "0\n"},
+    CliCase{"badJoined", "radio set joined yes", 2, "joined takes 0 or 1",
+            "/home/nvram/radiojoined", "1\n"},
+    CliCase{"setDaemonDr", "radio set lorawan.dr 3", 0, "", "/var/tmp/radiodr", "3"},
+    CliCase{"setReadOnly", "radio set lorawan.nwkkey x", 2, "cannot be written", nullptr, nullptr},
+    CliCase{"setUserSetting", "radio set user.ipv4addressing DHCP", 0, "",
+            "/home/nvram/ethernetipv4addressing", "DHCP\n"},
+    CliCase{"setMissingValue", "radio set version", 2, "NAME and VALUE", nullptr, nullptr},
+    CliCase{"joinTime", "radio join-time", 0, R"("TimestampLastJoin": 1795431600)", nullptr,
+            nullptr},
+    CliCase{"setJoinTime", "radio join-time set 1795431601", 0, "", "/var/run/timestamp_join",
+            "1795431601"},
+    CliCase{"badJoinTime", "radio join-time set soon", 2, "join-time", nullptr, nullptr},
+    CliCase{"names", "radio names", 0, R"("name": "lorawan.epochtime")", nullptr, nullptr},
+    CliCase{"serial", "device serial", 0, R"("SerialNumber": "70B3D57ED0012345")", nullptr,
+            nullptr},
+    CliCase{"serialSpaced", "device serial --spaced", 0, R"("SerialNumber": "70B3D57E D0012345")",
+            nullptr, nullptr},
+    CliCase{"serialBadOption", "device serial --wide", 2, "device serial [--spaced]", nullptr,
+            nullptr},
+    CliCase{"ssid", "device ssid", 0, R"("SSID": "ZT4-D0012345")", nullptr, nullptr},
+    CliCase{"board", "device board", 0, R"("BoardVersion3_2": 1)", nullptr, nullptr},
+    CliCase{"info", "device info", 0, R"("HW": "3.2.1\n")", nullptr, nullptr},
+    CliCase{"unknownDevice", "device firmware", 2, "unknown device subcommand", nullptr,
+            nullptr}),
+    [](const ::testing::TestParamInfo<CliCase>& row) { return std::string(row.param.label); });
+
+}  // namespace
