@@ -123,7 +123,9 @@ class StoredSection : public UserSections, public ::testing::WithParamInterface<
 TEST_P(StoredSection, IsMergedIntoTheDocument) {
     const StoredCase& c = GetParam();
     json_t* section = zt4test::parse(c.section);
+    const std::string argument = zt4test::compact(section);
     EXPECT_EQ(c.write(section), 0) << zt4test::logDump();
+    EXPECT_EQ(zt4test::compact(section), argument);
     json_decref(section);
     json_t* expected = json_loads(c.expected, JSON_DECODE_ANY, nullptr);
     ASSERT_NE(expected, nullptr);
