@@ -13,6 +13,7 @@ namespace {
 using zt4test::logged;
 
 struct RootCase {
+    const char* name;
     const char* root;  // nullptr: unset
     const char* path;
     const char* expected;
@@ -28,11 +29,12 @@ TEST_P(ResolvePath, PrefixesTheRootOnlyWhenSet) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Roots, ResolvePath, ::testing::Values(
-    RootCase{nullptr, "/home/nvram/zt4config.json", "/home/nvram/zt4config.json"},
-    RootCase{"", "/etc/x", "/etc/x"},
-    RootCase{"/tmp/dev", "/etc/x", "/tmp/dev/etc/x"},
-    RootCase{"/tmp/dev//", "/etc/x", "/tmp/dev/etc/x"},
-    RootCase{"/", "/etc/x", "/etc/x"}));
+    RootCase{"Unset", nullptr, "/home/nvram/zt4config.json", "/home/nvram/zt4config.json"},
+    RootCase{"Empty", "", "/etc/x", "/etc/x"},
+    RootCase{"Directory", "/tmp/dev", "/etc/x", "/tmp/dev/etc/x"},
+    RootCase{"TrailingSlashes", "/tmp/dev//", "/etc/x", "/tmp/dev/etc/x"},
+    RootCase{"FilesystemRoot", "/", "/etc/x", "/etc/x"}),
+    [](const ::testing::TestParamInfo<RootCase>& param) { return std::string(param.param.name); });
 
 TEST(Log, PrefixesAndPriorities) {
     zt4test::clearLog();

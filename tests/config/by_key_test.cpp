@@ -1,0 +1,136 @@
+#include "config/v1/by_key.hpp"
+#include "config/v1/section_defaults.hpp"
+#include "json/expect.hpp"
+
+namespace {
+
+using zt4test::expectResult;
+
+struct ByKeyCase {
+    const char* key;
+    const char* expected;  // compact member, nullptr for a failure
+    const char* line;
+};
+
+class ByKeyObject : public ::testing::TestWithParam<ByKeyCase> {};
+
+// The four array keys are read as arrays, every other key as an object.
+TEST_P(ByKeyObject, PicksObjectOrArrayByKey) {
+    const ByKeyCase& c = GetParam();
+    zt4test::clearLog();
+    json_t* document = zt4test::parse(
+        "{\"Web\":{\"Port\":80},\"Connectors\":[{}],\"Channel\":[1],\"CurrentTransformer\":[2],"
+        "\"Phase\":{\"x\":1},\"Expert\":[3]}");
+    expectResult(readJSONZT4ByKeyObject(document, c.key), c.expected, c.line);
+    json_decref(document);
+}
+
+INSTANTIATE_TEST_SUITE_P(Keys, ByKeyObject, ::testing::Values(
+    ByKeyCase{"Web", "{\"Port\":80}", nullptr},
+    ByKeyCase{"Connectors", "[{}]", nullptr},
+    ByKeyCase{"Channel", "[1]", nullptr},
+    ByKeyCase{"CurrentTransformer", "[2]", nullptr},
+    ByKeyCase{"Phase", nullptr, "error.[readJSONZT4ByKeyObject]: FAILED to read Array JSON Phase"},
+    ByKeyCase{"Expert", nullptr, "error.[readJSONZT4ByKeyObject]: FAILED to read Object JSON Expert"},
+    ByKeyCase{"Modbus", nullptr, "error.[readJSONZT4ByKeyObject]: FAILED to read Object JSON Modbus"},
+    ByKeyCase{"Modbus", nullptr, "error.[readJSONObject]: jsonObject NULL"},
+    ByKeyCase{nullptr, nullptr, "error.[readJSONZT4ByKeyObject]: key NULL"}));
+
+// A stand-in section check: builds its defaults when given no section.
+int checkCalls = 0;
+json_t* fakeCheck(json_t* section, int8_t* status) {
+    ++checkCalls;
+    *status = -1;
+    return section ? nullptr : json_pack("{s:i}", "Default", 1);
+}
+
+TEST(SectionDefaults, CallsThePluggedCheckWithoutASection) {
+    EXPECT_NE(zt4::v1::findUserSectionDefaults("VoltageTransformer"), nullptr);
+    EXPECT_NE(zt4::v1::findUserExpertSectionDefaults("CurrentAverageMax"), nullptr);
+    EXPECT_EQ(zt4::v1::findUserSectionDefaults("Syntax"), nullptr);
+    EXPECT_EQ(zt4::v1::findUserExpertSectionDefaults("Web"), nullptr);
+    EXPECT_EQ(zt4::v1::findUserSectionDefaults(nullptr), nullptr);
+    const zt4::v1::SectionDefaults plugged = {"Web", fakeCheck}, unplugged = {"Web", nullptr};
+    checkCalls = 0;
+    zt4test::clearLog();
+    expectResult(zt4::v1::sectionDefaults(&plugged), "{\"Default\":1}", nullptr);
+    EXPECT_EQ(checkCalls, 1);
+    EXPECT_EQ(zt4::v1::sectionDefaults(&unplugged), nullptr);
+    EXPECT_EQ(zt4::v1::sectionDefaults(nullptr), nullptr);
+}
+
+class StoredByKey : public zt4test::DeviceTest {};
+
+TEST_F(StoredByKey, UserSectionsFallBackToTheTableDefaults) {
+    expectResult(readJSONZT4UserConfigByKeyObject("Web"), nullptr, "error.[readJSONZT4UserConfigByKeyObject]: zt4 NULL");
+    expectResult(readJSONZT4UserConfigByKeyObject(nullptr), nullptr, "error.[readJSONZT4UserConfigByKeyObject]: key NULL");
+    writeFile("/home/nvram/zt4config.json", "{\"Web\":{\"Port\":80},\"WiFi\":[],\"ElectricalConfiguration\":{}}");
+    zt4test::clearLog();
+    expectResult(readJSONZT4UserConfigByKeyObject("Web"), "{\"Port\":80}", nullptr);
+    // Missing, or not an object: whatever the section's check gives for defaults.
+    for (std::string key : {"Modbus", "WiFi", "Connectors", "Unknown"}) {
+        json_t* defaults = zt4::v1::sectionDefaults(zt4::v1::findUserSectionDefaults(key.c_str()));
+        const std::string expected = zt4test::compact(defaults);
+        const bool hasDefaults = defaults != nullptr;
+        json_decref(defaults);
+        expectResult(readJSONZT4UserConfigByKeyObject(key.c_str()), hasDefaults ? expected.c_str() : nullptr,
+                     ("error.[readJSONZT4UserConfigByKeyObject]: FAILED to read Object " + key).c_str());
+    }
+}
+
+TEST_F(StoredByKey, ExpertMembersComeFromTheElectricalConfiguration) {
+    const char* const unreadable[] = {nullptr, "{\"Expert\":{\"Sag\":{}}}", "{\"ElectricalConfiguration\":{\"Expert\":[]}}"};
+    for (const char* document : unreadable) {
+        if (document) writeFile("/home/nvram/zt4config.json", document);
+        expectResult(readJSONZT4UserConfigExpertByKeyObject("Sag"), nullptr,
+                     "error.[readJSONZT4UserConfigExpertByKeyObject]: expert NULL");
+    }
+    writeFile("/home/nvram/zt4config.json",
+              "{\"ElectricalConfiguration\":{\"Expert\":{\"Sag\":{\"Enable\":0},\"Connectors\":[]}}}");
+    zt4test::clearLog();
+    expectResult(readJSONZT4UserConfigExpertByKeyObject("Sag"), "{\"Enable\":0}", nullptr);
+    expectResult(readJSONZT4UserConfigExpertByKeyObject("Connectors"), "[]", nullptr);
+    json_t* defaults = zt4::v1::sectionDefaults(zt4::v1::findUserExpertSectionDefaults("Swell"));
+    const std::string expected = zt4test::compact(defaults);
+    const bool hasDefaults = defaults != nullptr;
+    json_decref(defaults);
+    expectResult(readJSONZT4UserConfigExpertByKeyObject("Swell"), hasDefaults ? expected.c_str() : nullptr,
+                 "error.[readJSONZT4UserConfigExpertByKeyObject]: FAILED to read Object Swell");
+}
+
+struct SystemCase {
+    json_t* (*read)(const char*);
+    std::string name, path, documentNull;
+};
+
+class SystemByKey : public zt4test::DeviceTest, public ::testing::WithParamInterface<SystemCase> {};
+
+TEST_P(SystemByKey, ReadsItsDocumentWithoutDefaults) {
+    const SystemCase& c = GetParam();
+    const std::string prefix = "error.[" + c.name + "]: ";
+    expectResult(c.read("Device"), nullptr, (prefix + c.documentNull).c_str());
+    writeFile(c.path, "{\"Device\":{\"Serial\":\"A1\"},\"Web\":{\"Debug\":1}}");
+    zt4test::clearLog();
+    expectResult(c.read("Device"), "{\"Serial\":\"A1\"}", nullptr);
+    expectResult(c.read("Modbus"), nullptr, (prefix + "FAILED to read Object Modbus").c_str());
+    expectResult(c.read(nullptr), nullptr, (prefix + "key NULL").c_str());
+}
+
+INSTANTIATE_TEST_SUITE_P(Documents, SystemByKey, ::testing::Values(
+    SystemCase{readJSONZT4SystemByKeyObject, "readJSONZT4SystemByKeyObject", "/home/nvram/zt4system.json", "zt4 NULL"},
+    SystemCase{readJSONZT4FactorySystemByKeyObject, "readJSONZT4FactorySystemByKeyObject",
+               "/etc/zt4system_factory.json", "zt4systemfactory NULL"}));
+
+TEST(ChannelsVersion1, ReadsTheChannelArray) {
+    zt4test::clearLog();
+    json_t* connector = zt4test::parse("{\"Channel\":[{},{},{}]}");
+    json_t* wrong = zt4test::parse("{\"Channel\":{}}");
+    expectResult(readJSONZT4ChannelsSyntaxVersion1(connector), "[{},{},{}]", nullptr);
+    EXPECT_EQ(json_object_get(connector, "Channel")->refcount, 1u);
+    expectResult(readJSONZT4ChannelsSyntaxVersion1(wrong), nullptr,
+                 "error.[readJSONZT4ChannelsSyntaxVersion1]: FAILED to read Array JSON Cnl");
+    json_decref(wrong);
+    json_decref(connector);
+}
+
+}  // namespace
