@@ -10,6 +10,8 @@
 namespace {
 
 constexpr std::size_t kEuiCapacity = 32;
+// Tells, in the log, where writing the serial number failed.
+constexpr int kPlaceWriteSerial = 41;
 constexpr int kGroupsBeforeBlank = 4;
 
 }  // namespace
@@ -38,7 +40,7 @@ extern "C" int getSerialNumber(char* buffer, size_t size, int spacing) noexcept 
         int length = std::snprintf(buffer + written, size - written, "%s%s", token, separator);
         if (length < 0 || static_cast<size_t>(length) >= size - written) {
             zt4::logLine(LOG_ERR, "error.[%s].%d FAILED to write serial number", __func__,
-                         __LINE__);
+                         kPlaceWriteSerial);
             return -1;
         }
         written += static_cast<size_t>(length);
