@@ -199,16 +199,7 @@ TEST_P(SectionDefaults, NoInputGivesDefaultsAndInvalidStatus) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Network, SectionDefaults, ::testing::Values(
-    DefaultsCase{"Web", checkJSONZT4UserConfigWebSyntaxVersion1, R"({"Language": "fr"})"},
-    DefaultsCase{"Ethernet", checkJSONZT4UserConfigEthernetSyntaxVersion1,
-                 R"({"IPv4Addressing": "Static", "AddressIP": "192.168.1.66",
-                     "Netmask": "255.255.255.0", "GW": "192.168.1.1", "Dns": "8.8.8.8"})"},
-    DefaultsCase{"Modbus", checkJSONZT4UserConfigModbusSyntaxVersion1,
-                 R"({"Enable": 0, "MappingVersion": 3, "Interface": "TCP", "RTUBaudrate": 115200,
-                     "Parity": 1, "SlaveID": 1})"},
-    DefaultsCase{"BACnet", checkJSONZT4UserConfigBACnetSyntaxVersion1,
-                 R"({"Enable": 0, "MappingVersion": 1, "DeviceID": 1, "Port": 47808,
-                     "DeviceName": "Kelvane", "DeviceLocation": "Paris"})"}),
+    DefaultsCase{"Web", checkJSONZT4UserConfigWebSyntaxVersion1, R"({"Language": "fr"})"}),
     [](const ::testing::TestParamInfo<DefaultsCase>& row) { return std::string(row.param.name); });
 
 class DeviceBoundDefaults : public zt4test::DeviceTest {};
