@@ -58,6 +58,57 @@ ZT4_API json_t* readJSONZT4ConfigExpert(void) ZT4_NOEXCEPT;
 /* The "Expert" section (borrowed) checked and merged into the stored one: 0 or -1. */
 ZT4_API int writeJSONZT4ConfigExpert(json_t* json) ZT4_NOEXCEPT;
 
+/* Syntax-version implementations behind the operations above (the operations call the one
+ * of the stored document's version). Same conventions: readers return a new reference or NULL,
+ * writers borrow the section and return 0 or -1. Version 0 hands back stored sections as they
+ * are and refuses every write ("syntax version 0 is not supported"). */
+/* Syntax version 1. */
+ZT4_API json_t* readJSONZT4UserConfigWebSyntaxVersion1(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigRadioLoRaSyntaxVersion1(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigRadioLoRaWithDevEUISyntaxVersion1(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigWiFiSyntaxVersion1(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigEthernetSyntaxVersion1(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigModbusSyntaxVersion1(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigBACnetSyntaxVersion1(void) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigWebSyntaxVersion1(json_t* section) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigRadioLoRaSyntaxVersion1(json_t* section) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigWiFiSyntaxVersion1(json_t* section) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigEthernetSyntaxVersion1(json_t* section) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigModbusSyntaxVersion1(json_t* section) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigBACnetSyntaxVersion1(json_t* section) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigElectricalConfigurationSyntaxVersion1(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigConnectorsSyntaxVersion1(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigExpertSyntaxVersion1(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigExpertConnectorsSyntaxVersion1(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigExpertNumberConnectorThreephaseSyntaxVersion1(void) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigConnectorsSyntaxVersion1(json_t* connectors) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigConnectorByIdSyntaxVersion1(json_t* connector, uint8_t id) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigVoltageTransformerSyntaxVersion1(json_t* section) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigExpertSyntaxVersion1(json_t* section) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigExpertNumberConnectorThreephaseSyntaxVersion1(json_t* setup) ZT4_NOEXCEPT;
+
+/* Syntax version 0. */
+ZT4_API json_t* readJSONZT4UserConfigWebSyntaxVersion0(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigRadioLoRaSyntaxVersion0(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigRadioLoRaWithDevEUISyntaxVersion0(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigWiFiSyntaxVersion0(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigEthernetSyntaxVersion0(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigModbusSyntaxVersion0(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigBACnetSyntaxVersion0(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigSetupConnectorsSyntaxVersion0(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigConnectorsSyntaxVersion0(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigExpertSyntaxVersion0(void) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigWebSyntaxVersion0(json_t* section) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigRadioLoRaSyntaxVersion0(json_t* section) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigWiFiSyntaxVersion0(json_t* section) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigEthernetSyntaxVersion0(json_t* section) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigModbusSyntaxVersion0(json_t* section) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigBACnetSyntaxVersion0(json_t* section) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigSetupConnectorsSyntaxVersion0(json_t* setup) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigConnectorsSyntaxVersion0(json_t* connectors) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigConnectorByIdSyntaxVersion0(json_t* connector, uint8_t id) ZT4_NOEXCEPT;
+ZT4_API int writeJSONZT4UserConfigExpertSyntaxVersion0(json_t* section) ZT4_NOEXCEPT;
+
 ZT4_END_DECLS
 
 #endif /* ZT4CONFIG_USER_H */

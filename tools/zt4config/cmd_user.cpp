@@ -13,7 +13,12 @@ struct UserSection {
     int (*write)(json_t* json);
 };
 
+// The electrical section has no operation of its own that follows the document's version: a
+// version-1 document is read with defaults like the other sections, an older one as stored.
 json_t* readElectrical(void) {
+    if (readZT4UserConfigFileSyntaxVersion() == 1) {
+        return readJSONZT4UserConfigElectricalConfigurationSyntaxVersion1();
+    }
     json_t* document = readJSONZT4UserConfigFile();
     if (document == nullptr) return nullptr;
     json_t* section = json_incref(json_object_get(document, "ElectricalConfiguration"));
