@@ -81,6 +81,10 @@ ZT4_API json_t* readJSONZT4UserConfigConnectorsSyntaxVersion1(void) ZT4_NOEXCEPT
 ZT4_API json_t* readJSONZT4UserConfigExpertSyntaxVersion1(void) ZT4_NOEXCEPT;
 ZT4_API json_t* readJSONZT4UserConfigExpertConnectorsSyntaxVersion1(void) ZT4_NOEXCEPT;
 ZT4_API json_t* readJSONZT4UserConfigExpertNumberConnectorThreephaseSyntaxVersion1(void) ZT4_NOEXCEPT;
+/* The "Channel" arrays of the six connectors (resp. expert connectors), in connector order, as
+ * one array: new reference, or NULL. */
+ZT4_API json_t* readJSONZT4UserConfigConnectorChannelsSyntaxVersion1(void) ZT4_NOEXCEPT;
+ZT4_API json_t* readJSONZT4UserConfigExpertConnectorChannelsSyntaxVersion1(void) ZT4_NOEXCEPT;
 ZT4_API int writeJSONZT4UserConfigConnectorsSyntaxVersion1(json_t* connectors) ZT4_NOEXCEPT;
 ZT4_API int writeJSONZT4UserConfigConnectorByIdSyntaxVersion1(json_t* connector, uint8_t id) ZT4_NOEXCEPT;
 ZT4_API int writeJSONZT4UserConfigVoltageTransformerSyntaxVersion1(json_t* section) ZT4_NOEXCEPT;

@@ -293,3 +293,41 @@ TEST_F(UserSections, WiFiIsWrittenFromTheFlatForm) {
 }
 
 }  // namespace
+
+namespace {
+
+// The channel readers give one "Channel" array per connector, from the stored connectors.
+TEST_F(UserSections, ChannelReadersGiveEveryConnectorsChannels) {
+    json_t* monophase = zt4test::parse(
+        R"({"Mode": 1, "CurrentTransformerModel": 2, "Channel": [
+             {"Enable": 1, "Name": "a", "GeneralFactor": 1.0, "Phase": 1,
+              "CurrentTransformerPrimary": {"Enable": 0, "CurrentPrimary": 5}},
+             {"Enable": 1, "Name": "b", "GeneralFactor": 1.0, "Phase": 2,
+              "CurrentTransformerPrimary": {"Enable": 0, "CurrentPrimary": 5}},
+             {"Enable": 0, "Name": "c", "GeneralFactor": 1.0, "Phase": 3,
+              "CurrentTransformerPrimary": {"Enable": 0, "CurrentPrimary": 5}}]})");
+    ASSERT_EQ(writeJSONZT4ConfigConnectorById(monophase, 4), 0);
+    json_decref(monophase);
+
+    json_t* channels = readJSONZT4UserConfigConnectorChannelsSyntaxVersion1();
+    ASSERT_TRUE(json_is_array(channels));
+    ASSERT_EQ(json_array_size(channels), 6u);
+    EXPECT_EQ(json_array_size(json_array_get(channels, 0)), 1u);
+    json_t* fourth = json_array_get(channels, 3);
+    ASSERT_EQ(json_array_size(fourth), 3u);
+    EXPECT_STREQ(json_string_value(json_object_get(json_array_get(fourth, 1), "Name")), "b");
+    EXPECT_EQ(channels->refcount, 1u);
+    json_decref(channels);
+
+    json_t* expert = readJSONZT4UserConfigExpertConnectorChannelsSyntaxVersion1();
+    ASSERT_EQ(json_array_size(expert), 6u);
+    EXPECT_TRUE(json_is_object(json_array_get(json_array_get(expert, 5), 0)));
+    json_decref(expert);
+
+    removeFile(kUserFile);
+    json_t* defaults = readJSONZT4UserConfigConnectorChannelsSyntaxVersion1();
+    EXPECT_EQ(json_array_size(defaults), 6u);
+    json_decref(defaults);
+}
+
+}  // namespace
