@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "common/log.hpp"
+#include "device/line_file.hpp"
 #include "zt4config/device.h"
 #include "zt4config/radio.h"
 
@@ -17,14 +18,7 @@ constexpr int kGroupsBeforeBlank = 4;
 }  // namespace
 
 extern "C" int getSerialNumber(char* buffer, size_t size, int spacing) noexcept {
-    if (buffer == nullptr) {
-        zt4::logLine(LOG_ERR, "error.[%s] value is NULL", __func__);
-        return -1;
-    }
-    if (size == 0) {
-        zt4::logLine(LOG_ERR, "error.[%s] value size is NULL", __func__);
-        return -1;
-    }
+    if (!zt4::checkOutputBuffer(__func__, buffer, size)) return -1;
     buffer[0] = '\0';
     char eui[kEuiCapacity];
     if (getRadioDEVEUI(eui, sizeof eui) != 0) return -1;

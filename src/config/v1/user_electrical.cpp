@@ -138,6 +138,17 @@ json_t* readJSONZT4UserConfigExpertNumberConnectorThreephaseSyntaxVersion1() noe
 
 namespace {
 
+// Merges the updated "ElectricalConfiguration" section into the stored document.
+int mergeElectrical(json_t* electrical, const char* function) {
+    zt4::JsonRef root(json_object());
+    if (!root || json_object_set(root.get(), "ElectricalConfiguration", electrical) != 0) {
+        zt4::logError(function, "jsonEC NULL");
+        return -1;
+    }
+    return updateJSONZT4UserConfigFile(root.get());
+}
+
+
 // Stores `part` as member `key` of the stored "ElectricalConfiguration" and merges that section
 // into the document. With `mergeWithStored`, the part is merged into the stored member instead of
 // replacing it.
@@ -154,12 +165,7 @@ int storeInElectrical(const char* key, json_t* part, bool mergeWithStored, const
         zt4::logError(function, "FAILED to update section ElectricalConfiguration with %s one", key);
         return -1;
     }
-    zt4::JsonRef root(json_object());
-    if (!root || json_object_set(root.get(), "ElectricalConfiguration", electrical.get()) != 0) {
-        zt4::logError(function, "jsonEC NULL");
-        return -1;
-    }
-    return updateJSONZT4UserConfigFile(root.get());
+    return mergeElectrical(electrical.get(), function);
 }
 
 // A checked copy of `input`, or null after logging why it was refused.
@@ -226,12 +232,7 @@ int writeJSONZT4UserConfigConnectorByIdSyntaxVersion1(json_t* connector, std::ui
                       static_cast<unsigned>(id), static_cast<unsigned>(id - 1u));
         return -1;
     }
-    zt4::JsonRef root(json_object());
-    if (!root || json_object_set(root.get(), "ElectricalConfiguration", electrical.get()) != 0) {
-        zt4::logError(function, "jsonEC NULL");
-        return -1;
-    }
-    return updateJSONZT4UserConfigFile(root.get());
+    return mergeElectrical(electrical.get(), function);
 }
 
 int writeJSONZT4UserConfigVoltageTransformerSyntaxVersion1(json_t* section) noexcept {
