@@ -134,7 +134,7 @@ int writeValue(const char* function, const PersistentValue& value, const char* t
                 return -1;
             case zt4::LineWrite::WriteFailed: break;
         }
-        zt4::logLine(LOG_ERR, "error.[%s] FAILED to fputs '%s' in file '%s'", function, line,
+        zt4::logLine(LOG_ERR, "error.[%s] FAILED to fputs '%s' in file '%s'", function, text,
                      path.c_str());
         return -1;
     });

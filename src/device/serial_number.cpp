@@ -4,25 +4,21 @@
 #include <cstring>
 
 #include "common/log.hpp"
+#include "device/line_file.hpp"
 #include "zt4config/device.h"
 #include "zt4config/radio.h"
 
 namespace {
 
 constexpr std::size_t kEuiCapacity = 32;
+// Tells, in the log, where writing the serial number failed.
+constexpr int kPlaceWriteSerial = 41;
 constexpr int kGroupsBeforeBlank = 4;
 
 }  // namespace
 
 extern "C" int getSerialNumber(char* buffer, size_t size, int spacing) noexcept {
-    if (buffer == nullptr) {
-        zt4::logLine(LOG_ERR, "error.[%s] value is NULL", __func__);
-        return -1;
-    }
-    if (size == 0) {
-        zt4::logLine(LOG_ERR, "error.[%s] value size is NULL", __func__);
-        return -1;
-    }
+    if (!zt4::checkOutputBuffer(__func__, buffer, size)) return -1;
     buffer[0] = '\0';
     char eui[kEuiCapacity];
     if (getRadioDEVEUI(eui, sizeof eui) != 0) return -1;
@@ -38,7 +34,7 @@ extern "C" int getSerialNumber(char* buffer, size_t size, int spacing) noexcept 
         int length = std::snprintf(buffer + written, size - written, "%s%s", token, separator);
         if (length < 0 || static_cast<size_t>(length) >= size - written) {
             zt4::logLine(LOG_ERR, "error.[%s].%d FAILED to write serial number", __func__,
-                         __LINE__);
+                         kPlaceWriteSerial);
             return -1;
         }
         written += static_cast<size_t>(length);

@@ -9,6 +9,7 @@
 
 #include "common/api.hpp"
 #include "common/log.hpp"
+#include "device/line_file.hpp"
 #include "common/path.hpp"
 #include "zt4config/device.h"
 
@@ -32,14 +33,7 @@ void findSsid(std::FILE* file, char (&ssid)[kLineCapacity]) {
 }  // namespace
 
 extern "C" int getConfigWiFiSSID(char* buffer, size_t size) noexcept {
-    if (buffer == nullptr) {
-        zt4::logLine(LOG_ERR, "error.[%s] value is NULL", __func__);
-        return -1;
-    }
-    if (size == 0) {
-        zt4::logLine(LOG_ERR, "error.[%s] value size is NULL", __func__);
-        return -1;
-    }
+    if (!zt4::checkOutputBuffer(__func__, buffer, size)) return -1;
     buffer[0] = '\0';
     const char* function = __func__;
     return zt4::guarded(function, -1, [&] {

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "common/log.hpp"
+#include "json/arguments.hpp"
 
 namespace {
 
@@ -17,14 +18,7 @@ constexpr size_t kComparedLength = 31;
 
 // The member to check, or null after logging why there is none.
 const json_t* member(const char* function, const json_t* json, const char* key) {
-    if (json == nullptr) {
-        zt4::logError(function, "json NULL");
-        return nullptr;
-    }
-    if (key == nullptr) {
-        zt4::logError(function, "key NULL");
-        return nullptr;
-    }
+    if (!zt4::jsonAndKeyGiven(function, json, key)) return nullptr;
     const json_t* value = json_object_get(json, key);
     if (value == nullptr) zt4::logError(function, "%s NULL", key);
     return value;

@@ -1,5 +1,6 @@
 // Members of an object, fetched by type with a reference of the caller's own.
 #include "common/log.hpp"
+#include "json/arguments.hpp"
 #include "zt4config/json.h"
 
 namespace {
@@ -7,14 +8,7 @@ namespace {
 // A member of another type than wanted is not an error worth a message: the caller decides.
 json_t* memberOfType(const char* function, json_t* json, const char* key, json_type type,
                      const char* absentMessage) {
-    if (json == nullptr) {
-        zt4::logError(function, "json NULL");
-        return nullptr;
-    }
-    if (key == nullptr) {
-        zt4::logError(function, "key NULL");
-        return nullptr;
-    }
+    if (!zt4::jsonAndKeyGiven(function, json, key)) return nullptr;
     json_t* member = json_object_get(json, key);
     if (member == nullptr) {
         zt4::logError(function, "%s", absentMessage);

@@ -61,11 +61,12 @@ int runDevice(const cli::Args& args) {
     return cli::usageError("unknown device subcommand " + args[0]);
 }
 
-const cli::Registration registration({"device",
-                                      "device info               the device-information document\n"
-                                      "device serial [--spaced]  the serial number\n"
-                                      "device ssid               the Wi-Fi access point's SSID\n"
-                                      "device board              hardware version and board generation",
-                                      600, runDevice});
+constexpr const char* kSynopsis =
+    "device info               the device-information document\n"
+    "device serial [--spaced]  the serial number\n"
+    "device ssid               the Wi-Fi access point's SSID\n"
+    "device board              hardware version and board generation";
+
+const cli::Registration registration({"device", kSynopsis, 600, runDevice});
 
 }  // namespace

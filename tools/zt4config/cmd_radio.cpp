@@ -79,8 +79,9 @@ int runGet(const cli::Args& args) {
     if (value->get == nullptr) return cli::usageError(args[1] + " cannot be read");
     char buffer[128];
     if (value->get(buffer, sizeof buffer) != 0) return cli::kExitFailed;
-    return cli::printJson(json_pack("{s:s%}", value->name, buffer,
-                                    withoutNewline(buffer).size()));
+    json_t* result = json_pack("{s:s%}", value->name, buffer, withoutNewline(buffer).size());
+    if (result == nullptr) std::cerr << "zt4config: " << args[1] << " is not UTF-8 text\n";
+    return cli::printJson(result);
 }
 
 int runSet(const cli::Args& args) {
@@ -129,11 +130,12 @@ int runRadio(const cli::Args& args) {
     return cli::usageError("unknown radio subcommand " + args[0]);
 }
 
-const cli::Registration registration({"radio",
-                                      "radio get NAME            a radio value as {\"NAME\": value}\n"
-                                      "radio set NAME VALUE      store a radio value\n"
-                                      "radio join-time [set N]   time of the last join\n"
-                                      "radio names               the value names and their files",
-                                      610, runRadio});
+constexpr const char* kSynopsis =
+    "radio get NAME            a radio value as {\"NAME\": value}\n"
+    "radio set NAME VALUE      store a radio value\n"
+    "radio join-time [set N]   time of the last join\n"
+    "radio names               the value names and their files";
+
+const cli::Registration registration({"radio", kSynopsis, 610, runRadio});
 
 }  // namespace

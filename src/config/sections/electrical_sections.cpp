@@ -1,5 +1,6 @@
 // Descriptions of the electrical sections of the user configuration.
 #include "config/sections/user_sections.hpp"
+#include "config/v1/user_sections.hpp"
 
 namespace zt4::sections {
 namespace {
@@ -143,9 +144,10 @@ constexpr Field kCircuitBreakerTripFields[] = {integerAtLeast("CurrentTransforme
 
 }  // namespace
 
-const Section kElectricalConfiguration = objectSection(
-    "checkJSONZT4UserConfigElectricalConfigurationSyntaxVersion1", "electricalconfiguration",
-    kElectricalFields);
+const Section kElectricalConfiguration = storedSection(
+    objectSection("checkJSONZT4UserConfigElectricalConfigurationSyntaxVersion1",
+                  "electricalconfiguration", kElectricalFields),
+    readJSONZT4UserConfigElectricalConfigurationSyntaxVersion1, "ElectricalConfiguration");
 const Section kVoltageTransformer = objectSection(
     "checkJSONZT4UserConfigVoltageTransformerSyntaxVersion1", "voltagetransformer",
     kVoltageTransformerFields);

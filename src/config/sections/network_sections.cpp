@@ -1,5 +1,7 @@
 // Descriptions of the network sections of the user configuration.
 #include "config/sections/user_sections.hpp"
+#include "config/sections/device_defaults.hpp"
+#include "config/v1/user_sections.hpp"
 
 namespace zt4::sections {
 namespace {
@@ -11,8 +13,28 @@ constexpr long long kParities[] = {0, 1, 2};
 constexpr long long kModbusMappings[] = {2, 3};
 constexpr long long kBACnetMappings[] = {1, 2};
 
+constexpr const char* kBands[] = {"AS-923", "AU-915", "EU-868", "IN-865", "US-915"};
+constexpr long long kFrameFormats[] = {1, 2, 3};
+
 constexpr Field kWebFields[] = {
     textOneOf("Language", "fr", kLanguages, 7),
+};
+
+// Identifiers are empty (not yet known) or in the radio's text format: a key of 16 bytes (47
+// characters), an EUI of 8 bytes (23 characters). Only the first 6 characters of a band count.
+constexpr Field kRadioLoRaFields[] = {
+    booleanField("Enable", 0),
+    integerAtLeast("Period", 10, 10),
+    integerOneOf("FrameFormat", 1, kFrameFormats),
+    textPrefixOneOf("Band", "EU-868", kBands, 6),
+    euiField("APPKEY", radioAppKeyDefault, 47, 16, euiTextValid),
+    euiField("APPEUI", radioAppEuiDefault, 23, 8, euiTextValid),
+};
+
+constexpr Field kWiFiFields[] = {
+    booleanField("Enable", 1),
+    provided(textField("SSID", ""), wifiSsidDefault),
+    nestedField("DHCP", kWiFiDhcp),
 };
 
 constexpr Field kWiFiDhcpFields[] = {
@@ -53,14 +75,25 @@ constexpr Field kBACnetFields[] = {
 
 }  // namespace
 
-const Section kWeb = objectSection("checkJSONZT4UserConfigWebSyntaxVersion1", "web", kWebFields);
+const Section kWeb = storedSection(
+    objectSection("checkJSONZT4UserConfigWebSyntaxVersion1", "web", kWebFields),
+    readJSONZT4UserConfigWebSyntaxVersion1, "Web");
+const Section kRadioLoRa = storedSection(
+    objectSection("checkJSONZT4UserConfigRadioLoRaSyntaxVersion1", "radio", kRadioLoRaFields),
+    readJSONZT4UserConfigRadioLoRaSyntaxVersion1, "RadioLoRa");
+const Section kWiFi = storedSection(
+    objectSection("checkJSONZT4UserConfigWiFiSyntaxVersion1", "wifi", kWiFiFields),
+    readJSONZT4UserConfigWiFiSyntaxVersion1, "WiFi");
 // The DHCP object has no check of its own: its messages carry the WiFi check's name.
 const Section kWiFiDhcp = objectSection(nullptr, "dhcp", kWiFiDhcpFields);
-const Section kEthernet =
-    objectSection("checkJSONZT4UserConfigEthernetSyntaxVersion1", "ethernet", kEthernetFields);
-const Section kModbus =
-    objectSection("checkJSONZT4UserConfigModbusSyntaxVersion1", "modbus", kModbusFields);
-const Section kBACnet =
-    objectSection("checkJSONZT4UserConfigBACnetSyntaxVersion1", "bacnet", kBACnetFields);
+const Section kEthernet = storedSection(
+    objectSection("checkJSONZT4UserConfigEthernetSyntaxVersion1", "ethernet", kEthernetFields),
+    readJSONZT4UserConfigEthernetSyntaxVersion1, "Ethernet");
+const Section kModbus = storedSection(
+    objectSection("checkJSONZT4UserConfigModbusSyntaxVersion1", "modbus", kModbusFields),
+    readJSONZT4UserConfigModbusSyntaxVersion1, "Modbus");
+const Section kBACnet = storedSection(
+    objectSection("checkJSONZT4UserConfigBACnetSyntaxVersion1", "bacnet", kBACnetFields),
+    readJSONZT4UserConfigBACnetSyntaxVersion1, "BACnet");
 
 }  // namespace zt4::sections

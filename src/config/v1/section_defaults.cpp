@@ -3,29 +3,30 @@
 #include <cstring>
 #include <iterator>
 
+#include "config/v1/user_checks.hpp"
+
 namespace zt4::v1 {
 namespace {
 
-// Each section plugs its check in here (the check's own function, called with a null section).
-// Until it does, a missing section reads as null, after the reader's message.
+// Each section's check, called with a null section, gives its defaults.
 constexpr SectionDefaults kUserSections[] = {
-    {"Web", nullptr},
-    {"RadioLoRa", nullptr},
-    {"WiFi", nullptr},
-    {"Ethernet", nullptr},
-    {"Modbus", nullptr},
-    {"BACnet", nullptr},
-    {"ElectricalConfiguration", nullptr},
-    {"VoltageTransformer", nullptr},
-    {"Connectors", nullptr},
+    {"Web", checkJSONZT4UserConfigWebSyntaxVersion1},
+    {"RadioLoRa", checkJSONZT4UserConfigRadioLoRaSyntaxVersion1},
+    {"WiFi", checkJSONZT4UserConfigWiFiSyntaxVersion1},
+    {"Ethernet", checkJSONZT4UserConfigEthernetSyntaxVersion1},
+    {"Modbus", checkJSONZT4UserConfigModbusSyntaxVersion1},
+    {"BACnet", checkJSONZT4UserConfigBACnetSyntaxVersion1},
+    {"ElectricalConfiguration", checkJSONZT4UserConfigElectricalConfigurationSyntaxVersion1},
+    {"VoltageTransformer", checkJSONZT4UserConfigVoltageTransformerSyntaxVersion1},
+    {"Connectors", checkJSONZT4UserConfigConnectorsSyntaxVersion1},
 };
 
 // Members of the "Expert" section, same arrangement.
 constexpr SectionDefaults kUserExpertSections[] = {
-    {"Sag", nullptr},
-    {"Swell", nullptr},
-    {"CurrentAverageMax", nullptr},
-    {"Connectors", nullptr},
+    {"Sag", checkJSONZT4UserConfigExpertSagSyntaxVersion1},
+    {"Swell", checkJSONZT4UserConfigExpertSwellSyntaxVersion1},
+    {"CurrentAverageMax", checkJSONZT4UserConfigExpertCurrentAverageMaxSyntaxVersion1},
+    {"Connectors", checkJSONZT4UserConfigExpertConnectorsSyntaxVersion1},
 };
 
 template <size_t N>
