@@ -22,13 +22,16 @@ constexpr Field kWebFields[] = {
 
 // Identifiers are empty (not yet known) or in the radio's text format: a key of 16 bytes (47
 // characters), an EUI of 8 bytes (23 characters). Only the first 6 characters of a band count.
+// A complete document names the application EUI and may leave the key out (or empty).
+constexpr Field kAppKeyCompliance = euiField("APPKEY", radioAppKeyDefault, 47, 16, euiTextValid).optionalField();
+constexpr Field kAppEuiCompliance = euiField("APPEUI", radioAppEuiDefault, 23, 8, euiTextValid).nonEmptyText();
 constexpr Field kRadioLoRaFields[] = {
     booleanField("Enable", 0),
     integerAtLeast("Period", 10, 10),
     integerOneOf("FrameFormat", 1, kFrameFormats),
     textPrefixOneOf("Band", "EU-868", kBands, 6),
-    euiField("APPKEY", radioAppKeyDefault, 47, 16, euiTextValid),
-    euiField("APPEUI", radioAppEuiDefault, 23, 8, euiTextValid),
+    euiField("APPKEY", radioAppKeyDefault, 47, 16, euiTextValid).compliesAs(kAppKeyCompliance),
+    euiField("APPEUI", radioAppEuiDefault, 23, 8, euiTextValid).compliesAs(kAppEuiCompliance),
 };
 
 constexpr Field kWiFiFields[] = {

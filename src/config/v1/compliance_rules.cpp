@@ -26,8 +26,8 @@ struct SectionWording {
 const SectionWording kSectionWordings[] = {
     {&kSyntaxSection, "complianceJSONZT4UserConfigSyntaxVersion1", "Syntax", nullptr},
     {&sections::kWeb, "complianceJSONZT4UserConfigWebSyntaxVersion1", "Web", nullptr},
-    {&kRadioLoRaDocument, "complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1", "RadioLoRa", nullptr},
-    {&kWiFiDocument, "complianceJSONZT4UserConfigWiFiSyntaxVersion1", "WiFi", nullptr},
+    {&sections::kRadioLoRa, "complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1", "RadioLoRa", nullptr},
+    {&sections::kWiFi, "complianceJSONZT4UserConfigWiFiSyntaxVersion1", "WiFi", nullptr},
     {&sections::kEthernet, "complianceJSONZT4UserConfigEthernetSyntaxVersion1", "Ethernet", nullptr},
     {&sections::kModbus, "complianceJSONZT4UserConfigModbusSyntaxVersion1", "Modbus", nullptr},
     {&sections::kBACnet, "complianceJSONZT4UserConfigBACnetSyntaxVersion1", "BACnet", nullptr},

@@ -14,11 +14,11 @@ int complianceJSONZT4UserConfigWebSyntaxVersion1(json_t* section) noexcept {
 }
 
 int complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1(json_t* section) noexcept {
-    return zt4::v1::comply(zt4::v1::kRadioLoRaDocument, section, __func__);
+    return zt4::v1::comply(zt4::sections::kRadioLoRa, section, __func__);
 }
 
 int complianceJSONZT4UserConfigWiFiSyntaxVersion1(json_t* section) noexcept {
-    return zt4::v1::comply(zt4::v1::kWiFiDocument, section, __func__);
+    return zt4::v1::comply(zt4::sections::kWiFi, section, __func__);
 }
 
 int complianceJSONZT4UserConfigEthernetSyntaxVersion1(json_t* section) noexcept {

@@ -1,6 +1,5 @@
 // How a complete user document (syntax version 1) is laid out: its top-level sections in order,
-// with the number each is reported under, and the descriptions that only the whole-document
-// compliance check and the filter need.
+// with the number each is reported under.
 #pragma once
 
 #include <cstddef>
@@ -18,10 +17,7 @@ struct DocumentSection {
 
 extern const DocumentSection kDocumentSections[8];
 
-// The "Syntax" object.
+// The "Syntax" object, which only a whole document has.
 extern const sections::Section kSyntaxSection;
-// "RadioLoRa" and "WiFi" as a complete document holds them: "APPEUI" set, "APPKEY" optional.
-extern const sections::Section kRadioLoRaDocument;
-extern const sections::Section kWiFiDocument;
 
 }  // namespace zt4::v1

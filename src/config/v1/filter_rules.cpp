@@ -24,8 +24,8 @@ struct LevelWording {
 const LevelWording kLevelWordings[] = {
     {&kSyntaxSection, "filterUserConfigSyntaxVersion1", "Syntax"},
     {&sections::kWeb, "filterUserConfigWebSyntaxVersion1", "Web"},
-    {&kRadioLoRaDocument, "filterUserConfigRadioLoRaSyntaxVersion1", "RadioLoRa"},
-    {&kWiFiDocument, "filterUserConfigWiFiSyntaxVersion1", "WiFi"},
+    {&sections::kRadioLoRa, "filterUserConfigRadioLoRaSyntaxVersion1", "RadioLoRa"},
+    {&sections::kWiFi, "filterUserConfigWiFiSyntaxVersion1", "WiFi"},
     {&sections::kEthernet, "filterUserConfigEthernetSyntaxVersion1", "Ethernet"},
     {&sections::kModbus, "filterUserConfigModbusSyntaxVersion1", "Modbus"},
     {&sections::kBACnet, "filterUserConfigBACnetSyntaxVersion1", "BACnet"},
@@ -179,11 +179,17 @@ int filterObject(const Section& section, json_t* source, json_t* destination,
         logError(function, "%s Copy NULL", label);
         return -1;
     }
-    for (std::size_t i = 0; i < section.fieldCount; ++i) {
-        const Field& f = section.fields[i];
-        json_t* value = json_object_get(source, f.key);
-        // Setting a missing value fails quietly: filtering never adds a key.
-        if (f.rule != Rule::Nested && value != nullptr) json_object_set(destination, f.key, value);
+    // Plain keys first, those a complete document may leave out after the others; setting a
+    // missing value fails quietly: filtering never adds a key.
+    for (const bool optional : {false, true}) {
+        for (std::size_t i = 0; i < section.fieldCount; ++i) {
+            const Field& f = section.fields[i];
+            const bool fieldOptional = f.complianceView ? f.complianceView->optional : f.optional;
+            json_t* value = json_object_get(source, f.key);
+            if (f.rule != Rule::Nested && fieldOptional == optional && value != nullptr) {
+                json_object_set(destination, f.key, value);
+            }
+        }
     }
     for (std::size_t i = 0; i < section.fieldCount; ++i) {
         const Field& f = section.fields[i];

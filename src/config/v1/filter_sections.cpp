@@ -15,11 +15,11 @@ int filterUserConfigWebSyntaxVersion1(json_t* source, json_t* destination) noexc
 }
 
 int filterUserConfigRadioLoRaSyntaxVersion1(json_t* source, json_t* destination) noexcept {
-    return zt4::v1::filterObject(zt4::v1::kRadioLoRaDocument, source, destination, __func__);
+    return zt4::v1::filterObject(zt4::sections::kRadioLoRa, source, destination, __func__);
 }
 
 int filterUserConfigWiFiSyntaxVersion1(json_t* source, json_t* destination) noexcept {
-    return zt4::v1::filterObject(zt4::v1::kWiFiDocument, source, destination, __func__);
+    return zt4::v1::filterObject(zt4::sections::kWiFi, source, destination, __func__);
 }
 
 int filterUserConfigEthernetSyntaxVersion1(json_t* source, json_t* destination) noexcept {
