@@ -177,6 +177,36 @@ std::string faultName(const ::testing::TestParamInfo<FaultCase>& fault) { return
 
 INSTANTIATE_TEST_SUITE_P(Documents, Fault, ::testing::ValuesIn(kFaults), faultName);
 
+// With two faults in one section, the key that compliance reads first is the one reported: a
+// connector's channels before its mode, the radio's application EUI before its key.
+TEST_F(ComplianceTest, ReportsTheFaultOfTheKeyReadFirst) {
+    struct Case {
+        const char* paths[2];
+        const char* values[2];  // null removes the member
+        const char* reported;
+        const char* unreported;
+    } cases[] = {
+        {{"ElectricalConfiguration/Connectors/3/Mode", "ElectricalConfiguration/Connectors/3/Channel/2"},
+         {"9", nullptr},
+         "error.[complianceJSONZT4UserConfigConnectorSyntaxVersion1]: Array size Connector Channel 2 INVALID",
+         "Mode value INVALID"},
+        {{"RadioLoRa/APPKEY", "RadioLoRa/APPEUI"},
+         {"5", "\"\""},
+         "error.[complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1]: APPEUI EMPTY",
+         "APPKEY"},
+    };
+    for (const Case& c : cases) {
+        zt4test::clearLog();
+        json_t* document = candidate();
+        for (int i = 0; i < 2; ++i) mutate(document, c.paths[i], c.values[i]);
+        uint8_t section = 0;
+        EXPECT_EQ(checkComplianceUserConfigFileSyntaxVersion1(document, &section), -1);
+        EXPECT_TRUE(logged(c.reported, LOG_ERR)) << c.reported << "\n" << zt4test::logDump();
+        EXPECT_EQ(zt4test::loggedCount(c.unreported), 0) << zt4test::logDump();
+        json_decref(document);
+    }
+}
+
 // ---- Taking up a candidate file ------------------------------------------------------------
 
 class TakeUp : public ComplianceTest {

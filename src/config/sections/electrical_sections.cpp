@@ -47,6 +47,9 @@ constexpr Field kConnectorFields[] = {
     nestedField("Channel", kChannels),
 };
 
+// Compliance looks at a connector's channels before its mode and transformer model.
+constexpr std::uint8_t kConnectorComplianceOrder[] = {2, 0, 1};
+
 constexpr Field kCurrentTransformerPrimaryFields[] = {
     booleanField("Enable", 0),
     integerAtLeast("CurrentPrimary", 5, 0),
@@ -154,7 +157,9 @@ const Section kVoltageTransformer = objectSection(
 const Section kConnectors =
     arraySection("checkJSONZT4UserConfigConnectorsSyntaxVersion1", "connectors", kConnectorsShape);
 const Section kConnector =
-    objectSection("checkJSONZT4UserConfigConnectorSyntaxVersion1", "connector", kConnectorFields);
+    compliedInOrder(objectSection("checkJSONZT4UserConfigConnectorSyntaxVersion1", "connector",
+                                  kConnectorFields),
+                    kConnectorComplianceOrder);
 const Section kConnectorChannelCommon = objectSection(
     "checkJSONZT4UserConfigConnectorChannelCommonSyntaxVersion1", "channel", kChannelCommonFields);
 const Section kConnectorChannel3P = objectSection(

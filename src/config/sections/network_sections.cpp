@@ -34,6 +34,9 @@ constexpr Field kRadioLoRaFields[] = {
     euiField("APPEUI", radioAppEuiDefault, 23, 8, euiTextValid).compliesAs(kAppEuiCompliance),
 };
 
+// Compliance reads the application EUI before the (optional) application key.
+constexpr std::uint8_t kRadioLoRaComplianceOrder[] = {0, 1, 2, 3, 5, 4};
+
 constexpr Field kWiFiFields[] = {
     booleanField("Enable", 1),
     provided(textField("SSID", ""), wifiSsidDefault),
@@ -82,7 +85,9 @@ const Section kWeb = storedSection(
     objectSection("checkJSONZT4UserConfigWebSyntaxVersion1", "web", kWebFields),
     readJSONZT4UserConfigWebSyntaxVersion1, "Web");
 const Section kRadioLoRa = storedSection(
-    objectSection("checkJSONZT4UserConfigRadioLoRaSyntaxVersion1", "radio", kRadioLoRaFields),
+    compliedInOrder(objectSection("checkJSONZT4UserConfigRadioLoRaSyntaxVersion1", "radio",
+                                  kRadioLoRaFields),
+                    kRadioLoRaComplianceOrder),
     readJSONZT4UserConfigRadioLoRaSyntaxVersion1, "RadioLoRa");
 const Section kWiFi = storedSection(
     objectSection("checkJSONZT4UserConfigWiFiSyntaxVersion1", "wifi", kWiFiFields),

@@ -149,8 +149,15 @@ struct Section {
     const char* mergeLabel;  // "Web": "FAILED to merge factory config Web with existing keys"
     // Which document the stored section comes from, as the merge message names it.
     const char* mergeDocument = "config";
+    // The order in which whole-document compliance reads the fields, as indices into `fields`,
+    // where it differs from the check order (null: the check order).
+    const std::uint8_t* complianceOrder = nullptr;
 
     constexpr bool isArray() const { return array != nullptr; }
+    // The field that compliance reads `position`th.
+    constexpr const Field& complianceField(std::size_t position) const {
+        return fields[complianceOrder ? complianceOrder[position] : position];
+    }
 };
 
 // ---- Field builders ------------------------------------------------------------------------
@@ -280,6 +287,14 @@ constexpr Field ipv4OrEmpty(const char* key, const char* byDefault) {
 
 constexpr Field textExactly(const char* key, const char* value) {
     Field f; f.key = key; f.rule = Rule::TextExactly; return textDefault(f, value);
+}
+
+// A section whose compliance reads the fields in `order` (indices into its fields, each once).
+template <std::size_t N>
+constexpr Section compliedInOrder(Section s, const std::uint8_t (&order)[N]) {
+    if (N != s.fieldCount) throw "the compliance order names every field once";
+    s.complianceOrder = order;
+    return s;
 }
 
 constexpr Section arraySection(const char* checkName, const char* nullLabel,

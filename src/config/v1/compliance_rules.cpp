@@ -319,16 +319,16 @@ int comply(const Section& section, json_t* value, const char* function) noexcept
     if (!json_is_object(value)) return refuse(function, label, "NOT JSON_OBJECT");
     // Presence first: a document missing two keys reports the first one only.
     for (std::size_t i = 0; i < section.fieldCount; ++i) {
-        const Field& f = viewOf(section.fields[i]);
+        const Field& f = viewOf(section.complianceField(i));
         if (f.optional || json_object_get(value, f.key) != nullptr) continue;
-        if (section.fields[i].complianceAbsent != nullptr) {
-            logError(function, "%s", section.fields[i].complianceAbsent);
+        if (section.complianceField(i).complianceAbsent != nullptr) {
+            logError(function, "%s", section.complianceField(i).complianceAbsent);
             return -1;
         }
         return refuse(function, f.messageName(), "NULL");
     }
     for (std::size_t i = 0; i < section.fieldCount; ++i) {
-        const Field& f = section.fields[i];
+        const Field& f = section.complianceField(i);
         if (viewOf(f).optional && json_object_get(value, f.key) == nullptr) continue;
         if (complyField(section, f, value, function) != 0) return -1;
     }
