@@ -263,7 +263,7 @@ json_t* buildDefaults(const Section& section, const char* function) {
     return object.release();
 }
 
-int checkField(const Field& f, json_t* object, const char* function) noexcept {
+int checkTypedRule(const Field& f, json_t* object) noexcept {
     switch (f.rule) {
         case Rule::Boolean: return json_check_boolean(object, f.key);
         case Rule::IntegerSuperior:
@@ -280,8 +280,13 @@ int checkField(const Field& f, json_t* object, const char* function) noexcept {
         case Rule::IntegerExactly:
             return json_check_integer_default(object, f.key, static_cast<std::int32_t>(f.defaultInteger));
         case Rule::TextExactly: return json_check_string_default(object, f.key, f.defaultText);
-        default: break;
+        default: return kNotTyped;
     }
+}
+
+int checkField(const Field& f, json_t* object, const char* function) noexcept {
+    const int typed = checkTypedRule(f, object);
+    if (typed != kNotTyped) return typed;
     json_t* value = json_object_get(object, f.key);
     if (value == nullptr) return refuse(function, absentText(f), f.messageName());
     switch (f.rule) {

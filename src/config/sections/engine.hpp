@@ -26,6 +26,12 @@ json_t* buildDefaults(const Section& section, const char* function);
 json_t* check(const Section& section, json_t* input, std::int8_t* status,
               const char* enclosingCheck = nullptr) noexcept;
 
+// The rules that one of the exported json_check_* functions decides (they log under their own
+// names): that function's result, 0 or -1; kNotTyped for the rules a caller checks in place
+// with its own messages.
+constexpr int kNotTyped = 1;
+int checkTypedRule(const Field& field, json_t* object) noexcept;
+
 // One field's rule against `object` (already repaired): 0 or -1, logged under `function`.
 int checkField(const Field& field, json_t* object, const char* function) noexcept;
 

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "common/log.hpp"
+#include "config/sections/engine.hpp"
 #include "config/sections/user_sections.hpp"
 #include "config/v1/document_sections.hpp"
 #include "zt4config/json_checks.h"
@@ -209,25 +210,12 @@ int complyField(const Section& parent, const Field& field, json_t* object, const
     const Field& f = viewOf(field);
     json_t* value = json_object_get(object, f.key);
     if (value == nullptr) return refuse(function, f.messageName(), "not defined");
+    const int typed = sections::checkTypedRule(f, object);
+    if (typed != sections::kNotTyped) return typed;
     switch (f.rule) {
-        case Rule::Boolean: return json_check_boolean(object, f.key);
-        case Rule::IntegerSuperior:
-            return json_check_integer_superior(object, f.key, static_cast<std::int32_t>(f.minimum));
-        case Rule::IntegerRange:
-            return json_check_integer_range(object, f.key, static_cast<std::int32_t>(f.minimum),
-                                            static_cast<std::int32_t>(f.maximum));
-        case Rule::NumberSuperior:
-            return json_check_float_superior(object, f.key, static_cast<float>(f.low));
-        case Rule::NumberSuperiorStrict:
-            return json_check_float_superior_strict(object, f.key, static_cast<float>(f.low));
-        case Rule::Ipv4: return json_check_ipv4(object, f.key);
-        case Rule::Ipv4Addressing: return json_check_ipv4_addressing(object, f.key);
         case Rule::Ipv4OrEmpty:
             if (json_is_string(value) && json_string_value(value)[0] == '\0') return 0;
             return json_check_ipv4(object, f.key);
-        case Rule::IntegerExactly:
-            return json_check_integer_default(object, f.key, static_cast<std::int32_t>(f.defaultInteger));
-        case Rule::TextExactly: return json_check_string_default(object, f.key, f.defaultText);
         case Rule::IntegerOneOf: {
             if (!json_is_integer(value)) return refuse(function, f.messageName(), "NOT JSON_INTEGER");
             const json_int_t number = json_integer_value(value);
