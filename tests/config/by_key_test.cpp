@@ -33,7 +33,6 @@ INSTANTIATE_TEST_SUITE_P(Keys, ByKeyObject, ::testing::Values(
     ByKeyCase{"Phase", nullptr, "error.[readJSONZT4ByKeyObject]: FAILED to read Array JSON Phase"},
     ByKeyCase{"Expert", nullptr, "error.[readJSONZT4ByKeyObject]: FAILED to read Object JSON Expert"},
     ByKeyCase{"Modbus", nullptr, "error.[readJSONZT4ByKeyObject]: FAILED to read Object JSON Modbus"},
-    ByKeyCase{"Modbus", nullptr, "error.[readJSONObject]: jsonObject NULL"},
     ByKeyCase{nullptr, nullptr, "error.[readJSONZT4ByKeyObject]: key NULL"}));
 
 // A stand-in section check: builds its defaults when given no section.
@@ -59,7 +58,19 @@ TEST(SectionDefaults, CallsThePluggedCheckWithoutASection) {
     EXPECT_EQ(zt4::v1::sectionDefaults(nullptr), nullptr);
 }
 
-class StoredByKey : public zt4test::DeviceTest {};
+class StoredByKey : public zt4test::DeviceTest {
+protected:
+    // Compact text of what a section's check gives for defaults, "(null)" for none.
+    static std::string defaultsOf(const zt4::v1::SectionDefaults* entry) {
+        json_t* defaults = zt4::v1::sectionDefaults(entry);
+        const std::string text = zt4test::compact(defaults);
+        json_decref(defaults);
+        return text;
+    }
+    void expectDefaults(json_t* result, const std::string& defaults, const std::string& line) {
+        expectResult(result, defaults == "(null)" ? nullptr : defaults.c_str(), line.c_str());
+    }
+};
 
 TEST_F(StoredByKey, UserSectionsFallBackToTheTableDefaults) {
     expectResult(readJSONZT4UserConfigByKeyObject("Web"), nullptr, "error.[readJSONZT4UserConfigByKeyObject]: zt4 NULL");
@@ -69,12 +80,9 @@ TEST_F(StoredByKey, UserSectionsFallBackToTheTableDefaults) {
     expectResult(readJSONZT4UserConfigByKeyObject("Web"), "{\"Port\":80}", nullptr);
     // Missing, or not an object: whatever the section's check gives for defaults.
     for (std::string key : {"Modbus", "WiFi", "Connectors", "Unknown"}) {
-        json_t* defaults = zt4::v1::sectionDefaults(zt4::v1::findUserSectionDefaults(key.c_str()));
-        const std::string expected = zt4test::compact(defaults);
-        const bool hasDefaults = defaults != nullptr;
-        json_decref(defaults);
-        expectResult(readJSONZT4UserConfigByKeyObject(key.c_str()), hasDefaults ? expected.c_str() : nullptr,
-                     ("error.[readJSONZT4UserConfigByKeyObject]: FAILED to read Object " + key).c_str());
+        expectDefaults(readJSONZT4UserConfigByKeyObject(key.c_str()),
+                       defaultsOf(zt4::v1::findUserSectionDefaults(key.c_str())),
+                       "error.[readJSONZT4UserConfigByKeyObject]: FAILED to read Object " + key);
     }
 }
 
@@ -90,12 +98,9 @@ TEST_F(StoredByKey, ExpertMembersComeFromTheElectricalConfiguration) {
     zt4test::clearLog();
     expectResult(readJSONZT4UserConfigExpertByKeyObject("Sag"), "{\"Enable\":0}", nullptr);
     expectResult(readJSONZT4UserConfigExpertByKeyObject("Connectors"), "[]", nullptr);
-    json_t* defaults = zt4::v1::sectionDefaults(zt4::v1::findUserExpertSectionDefaults("Swell"));
-    const std::string expected = zt4test::compact(defaults);
-    const bool hasDefaults = defaults != nullptr;
-    json_decref(defaults);
-    expectResult(readJSONZT4UserConfigExpertByKeyObject("Swell"), hasDefaults ? expected.c_str() : nullptr,
-                 "error.[readJSONZT4UserConfigExpertByKeyObject]: FAILED to read Object Swell");
+    expectDefaults(readJSONZT4UserConfigExpertByKeyObject("Swell"),
+                   defaultsOf(zt4::v1::findUserExpertSectionDefaults("Swell")),
+                   "error.[readJSONZT4UserConfigExpertByKeyObject]: FAILED to read Object Swell");
 }
 
 struct SystemCase {
@@ -120,17 +125,5 @@ INSTANTIATE_TEST_SUITE_P(Documents, SystemByKey, ::testing::Values(
     SystemCase{readJSONZT4SystemByKeyObject, "readJSONZT4SystemByKeyObject", "/home/nvram/zt4system.json", "zt4 NULL"},
     SystemCase{readJSONZT4FactorySystemByKeyObject, "readJSONZT4FactorySystemByKeyObject",
                "/etc/zt4system_factory.json", "zt4systemfactory NULL"}));
-
-TEST(ChannelsVersion1, ReadsTheChannelArray) {
-    zt4test::clearLog();
-    json_t* connector = zt4test::parse("{\"Channel\":[{},{},{}]}");
-    json_t* wrong = zt4test::parse("{\"Channel\":{}}");
-    expectResult(readJSONZT4ChannelsSyntaxVersion1(connector), "[{},{},{}]", nullptr);
-    EXPECT_EQ(json_object_get(connector, "Channel")->refcount, 1u);
-    expectResult(readJSONZT4ChannelsSyntaxVersion1(wrong), nullptr,
-                 "error.[readJSONZT4ChannelsSyntaxVersion1]: FAILED to read Array JSON Cnl");
-    json_decref(wrong);
-    json_decref(connector);
-}
 
 }  // namespace

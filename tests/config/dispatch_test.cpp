@@ -52,7 +52,6 @@ INSTANTIATE_TEST_SUITE_P(Documents, Dispatch, ::testing::Combine(
     ::testing::Values(RouteCase{"Version1", "{\"Syntax\":{\"Version\":1}}", 1},
                       RouteCase{"Version0", "{\"Syntax\":{\"Version\":0}}", 0},
                       RouteCase{"Version2", "{\"Syntax\":{\"Version\":2}}", 0},
-                      RouteCase{"NoSyntax", "{}", 0},
                       RouteCase{"Missing", nullptr, 0},
                       RouteCase{"Malformed", "{\"Syntax\":", 0})),
     [](const ::testing::TestParamInfo<std::tuple<int, RouteCase>>& p) {

@@ -84,9 +84,6 @@ TEST_F(PowerCut, KilledWriterNeverLeavesAPartialDocument) {
     }
     // The writer did get through whole writes between kills, and some kills hit it mid-write.
     EXPECT_GT(changed, 0) << "window " << window << " us";
-    RecordProperty("window_us", static_cast<int>(window));
-    RecordProperty("documents_changed", changed);
-    RecordProperty("killed_mid_write", midWrite);
     std::printf("power cut: %d kills, window %lld us, %d changes, %d with a temporary file left\n",
                 kRounds, window, changed, midWrite);
     for (json_t* version : versions) json_decref(version);

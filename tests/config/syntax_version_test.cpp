@@ -27,7 +27,6 @@ INSTANTIATE_TEST_SUITE_P(Documents, SyntaxVersion, ::testing::Values(
     VersionCase{"{\"Web\":{}}", 0, "Configuration file Syntax 0 by default"},
     VersionCase{"{\"Syntax\":{}}", 0, "Configuration file Syntax Version 0 by default"},
     VersionCase{"{\"Syntax\":{\"Version\":2}}", 0, nullptr},
-    VersionCase{"{\"Syntax\":{\"Version\":-1}}", 0, nullptr},
     // Only the low 32 bits count, and only an integer.
     VersionCase{"{\"Syntax\":{\"Version\":4294967297}}", 1, nullptr},
     VersionCase{"{\"Syntax\":{\"Version\":4294967296}}", 0, nullptr},

@@ -20,7 +20,6 @@ struct BoardCase {
     int version3;
     int version3_2;
 };
-void PrintTo(const BoardCase& c, std::ostream* out) { *out << (c.hardware ? c.hardware : "none"); }
 
 class BoardGeneration : public zt4test::DeviceTest,
                         public ::testing::WithParamInterface<BoardCase> {};
@@ -42,7 +41,6 @@ struct SerialCase {
     int result;
     const char* serial;
 };
-void PrintTo(const SerialCase& c, std::ostream* out) { *out << c.size << " " << c.spacing; }
 
 class SerialNumber : public zt4test::DeviceTest,
                      public ::testing::WithParamInterface<SerialCase> {};
@@ -125,7 +123,6 @@ struct SsidCase {
     int result;
     const char* ssid;
 };
-void PrintTo(const SsidCase& c, std::ostream* out) { *out << c.label; }
 
 class WiFiSsid : public zt4test::DeviceTest, public ::testing::WithParamInterface<SsidCase> {};
 
@@ -150,9 +147,8 @@ INSTANTIATE_TEST_SUITE_P(Configs, WiFiSsid, ::testing::Values(
 TEST_F(DeviceInfo, SsidMessagesAndJsonMember) {
     zt4::JsonRef object(json_object());
     EXPECT_EQ(readSSID(object.get()), -1);
-    EXPECT_TRUE(logged("error.[getConfigWiFiSSID]: FAILED open file '" +
-                       path("/home/nvram/hostapd.conf") + "'. No such file or directory (2)",
-                       LOG_ERR));
+    EXPECT_TRUE(logged("error.[getConfigWiFiSSID]: FAILED open file '" + path("/home/nvram/hostapd.conf") +
+                       "'. No such file or directory (2)", LOG_ERR));
     EXPECT_TRUE(logged("error.[readSSID]: Failed to get SSID", LOG_ERR));
     writeFile("/home/nvram/hostapd.conf", "ssid=ZT4-0123\n");
     ASSERT_EQ(readSSID(object.get()), 0);
@@ -168,7 +164,6 @@ struct VersionCase {
     int result;
     int major, minor, patch;
 };
-void PrintTo(const VersionCase& c, std::ostream* out) { *out << (c.content ? c.content : "none"); }
 
 class ProductionVersion : public zt4test::DeviceTest,
                           public ::testing::WithParamInterface<VersionCase> {};
@@ -188,9 +183,8 @@ TEST_P(ProductionVersion, SplitsAtDots) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Versions, ProductionVersion, ::testing::Values(
-    VersionCase{"3.4", 0, 3, 4, 0}, VersionCase{"3.4.12\n", 0, 3, 4, 12},
-    VersionCase{"3.4.5.6", 0, 3, 4, 6}, VersionCase{"300.4.1", 0, 44, 4, 1},
-    VersionCase{"3", -1, 0, 0, 0}, VersionCase{"", -1, 0, 0, 0},
+    VersionCase{"3.4", 0, 3, 4, 0}, VersionCase{"3.4.12\n", 0, 3, 4, 12}, VersionCase{"3.4.5.6", 0, 3, 4, 6},
+    VersionCase{"300.4.1", 0, 44, 4, 1}, VersionCase{"3", -1, 0, 0, 0}, VersionCase{"", -1, 0, 0, 0},
     VersionCase{nullptr, -1, 0, 0, 0}));
 
 TEST_F(DeviceInfo, ProductionVersionNeedsARegularFile) {

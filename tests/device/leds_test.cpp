@@ -94,21 +94,17 @@ TEST_F(Leds, OnShortensTheSharedCacheAtEachCall) {
     EXPECT_EQ(readFile(led("alarm", "brightness")), "7");
 }
 
-TEST_F(Leds, OnReadsAtMostSevenCharacters) {
-    makeLed("status", "123456789\n");
-    ASSERT_EQ(leds_on("status"), 0);
-    EXPECT_EQ(readFile(led("status", "brightness")), "123456");
-}
-
-TEST_F(Leds, OnFailsWithoutAMaximum) {
+TEST_F(Leds, OnNeedsAMaximumAndReadsAtMostSevenCharactersOfIt) {
     EXPECT_EQ(leds_on("status"), -1);
-    EXPECT_TRUE(logged("error.[leds_on] Failed to open file '" +
-                           path(led("status", "max_brightness")) + "'",
+    EXPECT_TRUE(logged("error.[leds_on] Failed to open file '" + path(led("status", "max_brightness")) + "'",
                        LOG_ERR));
     makeLed("status", "");
     EXPECT_EQ(leds_on("status"), -1);
     EXPECT_TRUE(logged("error.[leds_on] Max brightness NULL", LOG_ERR));
     EXPECT_EQ(readFile(led("status", "brightness")), "stale-value");
+    makeLed("status", "123456789\n");
+    ASSERT_EQ(leds_on("status"), 0);
+    EXPECT_EQ(readFile(led("status", "brightness")), "123456");
 }
 
 TEST_F(Leds, WriteFailureIsReported) {
@@ -149,35 +145,26 @@ TEST_F(Leds, NamesAreCheckedBeforeAnyPathIsBuilt) {
 
 class Files : public zt4test::DeviceTest {};
 
-TEST_F(Files, CreateMakesAnEmptyFileOrEmptiesIt) {
+TEST_F(Files, CreateEmptiesAndDeleteAcceptsOnlyAMissingFile) {
     const std::string marker = path("/var/tmp/marker");
-    ASSERT_EQ(CreateFile(marker.c_str()), 0);
-    EXPECT_TRUE(exists("/var/tmp/marker"));
-    EXPECT_EQ(readFile("/var/tmp/marker"), "");
     writeFile("/var/tmp/marker", "old content");
     ASSERT_EQ(CreateFile(marker.c_str()), 0);
     EXPECT_EQ(readFile("/var/tmp/marker"), "");
-
-    const std::string nowhere = path("/no/such/dir/marker");
-    EXPECT_EQ(CreateFile(nowhere.c_str()), -1);
-    EXPECT_TRUE(logged("error.[CreateFile]: Failed to create file '" + nowhere +
-                           "'. (No such file or directory)",
-                       LOG_ERR));
-}
-
-TEST_F(Files, DeleteAcceptsAMissingFileOnly) {
-    writeFile("/var/tmp/marker", "x");
-    const std::string marker = path("/var/tmp/marker");
     ASSERT_EQ(DeleteFile(marker.c_str()), 0);
     EXPECT_FALSE(exists("/var/tmp/marker"));
     EXPECT_EQ(DeleteFile(marker.c_str()), 0);
+    ASSERT_EQ(CreateFile(marker.c_str()), 0);
+    EXPECT_TRUE(exists("/var/tmp/marker"));
     EXPECT_TRUE(zt4test::capturedLog().empty()) << zt4test::logDump();
 
-    const std::string directory = path("/var/zt4");
+    const std::string nowhere = path("/no/such/dir/marker"), directory = path("/var/zt4");
+    EXPECT_EQ(CreateFile(nowhere.c_str()), -1);
+    EXPECT_TRUE(logged("error.[CreateFile]: Failed to create file '" + nowhere + "'. (No such file or directory)",
+                       LOG_ERR));
     EXPECT_EQ(DeleteFile(directory.c_str()), -1);
     EXPECT_TRUE(exists("/var/zt4"));
-    EXPECT_EQ(zt4test::loggedCount("error.[DeleteFile]: Failed to delete file " + directory + " ("),
-              1) << zt4test::logDump();
+    EXPECT_EQ(zt4test::loggedCount("error.[DeleteFile]: Failed to delete file " + directory + " ("), 1)
+        << zt4test::logDump();
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cstring>
 #include <syslog.h>
+
+#include <cstring>
 
 #include <string>
 
@@ -44,33 +45,6 @@ protected:
 
     std::string file_;
 };
-
-struct HeldLockCase {
-    const char* name;
-    LockFunction lock;
-    LockFunction unlock;
-    bool readersMayShare;
-};
-
-class HeldLock : public FileLock, public ::testing::WithParamInterface<HeldLockCase> {};
-
-TEST_P(HeldLock, ExcludesOtherProcessesUntilReleased) {
-    const HeldLockCase& c = GetParam();
-    int fd = openShared();
-    ASSERT_GE(fd, 0);
-    ASSERT_EQ(c.lock(fd, file_.c_str()), 0);
-    EXPECT_EQ(otherProcessCanLock(F_RDLCK), c.readersMayShare);
-    EXPECT_FALSE(otherProcessCanLock(F_WRLCK));
-    ASSERT_EQ(c.unlock(fd, file_.c_str()), 0);
-    EXPECT_TRUE(otherProcessCanLock(F_WRLCK));
-    close(fd);
-    EXPECT_TRUE(zt4test::capturedLog().empty()) << zt4test::logDump();
-}
-
-INSTANTIATE_TEST_SUITE_P(Kinds, HeldLock, ::testing::Values(
-    HeldLockCase{"Read", LockReadFile, UnLockReadFile, true},
-    HeldLockCase{"Write", LockWriteFile, UnLockWriteFile, false}),
-    [](const auto& param) { return std::string(param.param.name); });
 
 struct ContentionCase {
     const char* name;
@@ -146,7 +120,6 @@ TEST_P(BadCall, FailsWithItsMessage) {
 INSTANTIATE_TEST_SUITE_P(Arguments, BadCall, ::testing::Values(
     BadCallCase{LockReadFile, BadCallCase::Invalid, "f", ""},
     BadCallCase{LockReadFile, BadCallCase::Valid, nullptr, ""},
-    BadCallCase{UnLockReadFile, BadCallCase::Invalid, "f", ""},
     BadCallCase{LockWriteFile, BadCallCase::Invalid, "f",
                 "error.[LockWriteFile]: fd INVALID for f"},
     BadCallCase{LockWriteFile, BadCallCase::Valid, nullptr,
@@ -158,9 +131,7 @@ INSTANTIATE_TEST_SUITE_P(Arguments, BadCall, ::testing::Values(
     BadCallCase{LockReadFile, BadCallCase::Closed, "f",
                 "error.[LockReadFile]: fnctl() Bad file descriptor while locking file f"},
     BadCallCase{UnLockReadFile, BadCallCase::Closed, "f",
-                "error.[UnLockReadFile]: fnctl() Bad file descriptor while unlocking file f"},
-    BadCallCase{UnLockWriteFile, BadCallCase::Closed, "f",
-                "error.[UnLockWriteFile]: fnctl() Bad file descriptor while unlocking file f"}));
+                "error.[UnLockReadFile]: fnctl() Bad file descriptor while unlocking file f"}));
 
 TEST_F(FileLock, TracesProgressFromDebugLevelThree) {
     int fd = openShared();

@@ -1,36 +1,15 @@
-#include <sys/wait.h>
-
-#include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include "support/cli.hpp"
 #include "support/harness.hpp"
 
 namespace {
 
-class DocumentsCli : public zt4test::DeviceTest {
-protected:
-    // Runs the tool on this test's device tree; returns its exit status and fills `out`.
-    int run(const std::string& arguments, std::string& out) const {
-        const char* cli = std::getenv("ZT4_CLI");
-        if (cli == nullptr) {
-            ADD_FAILURE() << "ZT4_CLI is not set";
-            return -1;
-        }
-        // A command line (under emulation, the emulator and the tool), not a single path.
-        const std::string command = std::string(cli) + " --root " + root() + " " + arguments + " 2>/dev/null";
-        FILE* pipe = popen(command.c_str(), "r");
-        if (pipe == nullptr) return -1;
-        out.clear();
-        char buffer[4096];
-        size_t got;
-        while ((got = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, got);
-        const int status = pclose(pipe);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-};
+class DocumentsCli : public zt4test::DeviceTest {};
 
 TEST_F(DocumentsCli, ShowSyntaxAndMerge) {
+    if (std::getenv("ZT4_CLI") == nullptr) GTEST_SKIP() << "ZT4_CLI not set";
     writeFile("/home/nvram/zt4config.json", "{\"Syntax\":{\"Version\":1},\"Web\":{\"Port\":80}}");
     writeFile("/etc/zt4system_factory.json", "{\"Device\":{\"Model\":\"ZT4\"}}");
     writeFile("/home/nvram/update.json", "{\"Web\":{\"Port\":81},\"Modbus\":{\"Port\":502}}");
@@ -60,7 +39,7 @@ TEST_F(DocumentsCli, ShowSyntaxAndMerge) {
     };
     for (const Case& c : cases) {
         std::string out;
-        EXPECT_EQ(run(c.arguments, out), c.status) << c.arguments;
+        EXPECT_EQ(zt4test::runCli(root(), c.arguments, out, false), c.status) << c.arguments;
         if (c.output) {
             json_t* printed = json_loads(out.c_str(), JSON_DECODE_ANY, nullptr);
             EXPECT_EQ(zt4test::compact(printed), c.output) << c.arguments;

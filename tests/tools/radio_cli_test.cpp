@@ -1,9 +1,7 @@
-#include <sys/wait.h>
-
-#include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include "support/cli.hpp"
 #include "support/harness.hpp"
 
 namespace {
@@ -16,7 +14,6 @@ struct CliCase {
     const char* file;       // device file to check afterwards; nullptr: none
     const char* content;
 };
-void PrintTo(const CliCase& c, std::ostream* out) { *out << c.args; }
 
 class RadioCli : public zt4test::DeviceTest, public ::testing::WithParamInterface<CliCase> {
 protected:
@@ -28,28 +25,13 @@ protected:
         writeFile("/var/tmp/radionwkkey", "70:B3:D5:7E:D0:01:23:45");
         writeFile("/var/run/timestamp_join", "1795431600");
     }
-
-    // Runs the tool on this test's device root; gives its exit status and output.
-    int run(const std::string& args, std::string& output) const {
-        const char* tool = std::getenv("ZT4_CLI");
-        if (tool == nullptr) return -1;
-        // ZT4_CLI is a command line (it may start with an emulator), not a single path.
-        std::string command = std::string(tool) + " --root '" + root() + "' " + args + " 2>&1";
-        std::FILE* pipe = popen(command.c_str(), "r");
-        if (pipe == nullptr) return -1;
-        char chunk[256];
-        size_t got;
-        while ((got = std::fread(chunk, 1, sizeof chunk, pipe)) > 0) output.append(chunk, got);
-        int status = pclose(pipe);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
 };
 
 TEST_P(RadioCli, ExitStatusOutputAndFiles) {
     const CliCase& c = GetParam();
     if (std::getenv("ZT4_CLI") == nullptr) GTEST_SKIP() << "ZT4_CLI not set";
     std::string output;
-    EXPECT_EQ(run(c.args, output), c.status) << output;
+    EXPECT_EQ(zt4test::runCli(root(), c.args, output), c.status) << output;
     EXPECT_NE(output.find(c.output), std::string::npos) << output;
     if (c.file) {
         EXPECT_EQ(readFile(c.file), c.content);
