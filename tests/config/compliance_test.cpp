@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string>
 
+#include "support/cli.hpp"
 #include "support/harness.hpp"
 #include "zt4config/compliance.h"
 #include "zt4config/json.h"
@@ -287,14 +288,7 @@ void PrintTo(const CliCase& c, std::ostream* out) { *out << c.label; }
 class CheckCli : public TakeUp, public ::testing::WithParamInterface<CliCase> {
 protected:
     int run(const std::string& args, std::string& output) const {
-        std::string command = std::string(std::getenv("ZT4_CLI")) + " --root '" + root() + "' " + args + " 2>&1";
-        std::FILE* pipe = popen(command.c_str(), "r");
-        if (pipe == nullptr) return -1;
-        char chunk[256];
-        size_t got;
-        while ((got = std::fread(chunk, 1, sizeof chunk, pipe)) > 0) output.append(chunk, got);
-        int status = pclose(pipe);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return zt4test::runCli(root(), args, output);
     }
 };
 

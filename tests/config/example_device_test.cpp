@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "common/json_ref.hpp"
+#include "support/cli.hpp"
 #include "support/harness.hpp"
 
 namespace {
@@ -177,16 +178,9 @@ TEST_P(ExampleTool, RunsThroughTheConfiguredCommand) {
     const char* cli = std::getenv("ZT4_CLI");
     ASSERT_NE(cli, nullptr) << "ZT4_CLI is set by CTest";
     const ToolCase& c = GetParam();
-    std::string command = std::string(cli) + " --root " + kDevice + " " + c.arguments + " 2>&1";
-    FILE* pipe = popen(command.c_str(), "r");
-    ASSERT_NE(pipe, nullptr) << command;
     std::string output;
-    char buffer[512];
-    size_t got;
-    while ((got = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) output.append(buffer, got);
-    int status = pclose(pipe);
-    ASSERT_TRUE(WIFEXITED(status)) << command;
-    EXPECT_EQ(WEXITSTATUS(status), c.status) << command << "\n" << output;
+    const std::string command = c.arguments;
+    EXPECT_EQ(zt4test::runCli(kDevice, c.arguments, output), c.status) << command << "\n" << output;
     EXPECT_NE(output.find(c.output), std::string::npos) << command << "\n" << output;
 }
 

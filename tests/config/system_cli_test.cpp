@@ -6,6 +6,7 @@
 #include <sstream>
 #include <string>
 
+#include "support/cli.hpp"
 #include "support/harness.hpp"
 
 namespace {
@@ -30,15 +31,7 @@ protected:
     }
 
     int run(const std::string& args, std::string& output) const {
-        const char* tool = std::getenv("ZT4_CLI");
-        std::string command = std::string(tool) + " --root '" + root() + "' " + args + " 2>&1";
-        std::FILE* pipe = popen(command.c_str(), "r");
-        if (pipe == nullptr) return -1;
-        char chunk[256];
-        size_t got;
-        while ((got = std::fread(chunk, 1, sizeof chunk, pipe)) > 0) output.append(chunk, got);
-        int status = pclose(pipe);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return zt4test::runCli(root(), args, output);
     }
 };
 

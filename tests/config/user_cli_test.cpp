@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "support/cli.hpp"
 #include "support/harness.hpp"
 
 namespace {
@@ -21,15 +22,7 @@ struct CliCase {
 class UserCommand : public zt4test::DeviceTest, public ::testing::WithParamInterface<CliCase> {
 protected:
     int run(const std::string& arguments, std::string& output) const {
-        const std::string command = std::string(std::getenv("ZT4_CLI")) + " --root '" + root() +
-                                    "' " + arguments + " 2>&1";
-        FILE* pipe = popen(command.c_str(), "r");
-        if (pipe == nullptr) return -1;
-        char buffer[256];
-        size_t count;
-        while ((count = fread(buffer, 1, sizeof buffer, pipe)) > 0) output.append(buffer, count);
-        const int status = pclose(pipe);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return zt4test::runCli(root(), arguments, output);
     }
 };
 
