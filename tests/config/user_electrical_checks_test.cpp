@@ -200,10 +200,10 @@ struct DefaultsCase {
     const char* defaults;
 };
 
-class ElectricalDefaults : public zt4test::DeviceTest,
+class SectionDefaults : public zt4test::DeviceTest,
                            public ::testing::WithParamInterface<DefaultsCase> {};
 
-TEST_P(ElectricalDefaults, NoInputGivesDefaults) {
+TEST_P(SectionDefaults, NoInputGivesDefaults) {
     std::int8_t status = 0;
     json_t* defaults = GetParam().check(nullptr, &status);
     ASSERT_NE(defaults, nullptr);
@@ -214,7 +214,8 @@ TEST_P(ElectricalDefaults, NoInputGivesDefaults) {
     json_decref(defaults);
 }
 
-INSTANTIATE_TEST_SUITE_P(Electrical, ElectricalDefaults, ::testing::Values(
+INSTANTIATE_TEST_SUITE_P(Sections, SectionDefaults, ::testing::Values(
+    DefaultsCase{"Web", checkJSONZT4UserConfigWebSyntaxVersion1, R"({"Language": "fr"})"},
     DefaultsCase{"VoltageTransformer", checkJSONZT4UserConfigVoltageTransformerSyntaxVersion1,
                  R"({"Enable": 0, "VoltagePrimary": 400.0, "VoltageSecondary": 230.0})"},
     DefaultsCase{"Connector", checkJSONZT4UserConfigConnectorSyntaxVersion1,

@@ -178,30 +178,6 @@ INSTANTIATE_TEST_SUITE_P(Network, SectionCheckTest, ::testing::Values(
                 {WIFI_LINE "SSID NOT JSON_STRING", "error.[json_check_ipv4]: DHCPRangeStartIP value INVALID"}, ""}),
     caseName);
 
-struct DefaultsCase {
-    const char* name;
-    SectionCheck check;
-    const char* defaults;
-};
-
-class SectionDefaults : public zt4test::DeviceTest,
-                        public ::testing::WithParamInterface<DefaultsCase> {};
-
-TEST_P(SectionDefaults, NoInputGivesDefaultsAndInvalidStatus) {
-    std::int8_t status = 0;
-    json_t* defaults = GetParam().check(nullptr, &status);
-    ASSERT_NE(defaults, nullptr);
-    EXPECT_EQ(status, -1);
-    json_t* expected = zt4test::parse(GetParam().defaults);
-    EXPECT_EQ(zt4test::compact(defaults), zt4test::compact(expected));
-    json_decref(expected);
-    json_decref(defaults);
-}
-
-INSTANTIATE_TEST_SUITE_P(Network, SectionDefaults, ::testing::Values(
-    DefaultsCase{"Web", checkJSONZT4UserConfigWebSyntaxVersion1, R"({"Language": "fr"})"}),
-    [](const ::testing::TestParamInfo<DefaultsCase>& row) { return std::string(row.param.name); });
-
 class DeviceBoundDefaults : public zt4test::DeviceTest {};
 
 TEST_F(DeviceBoundDefaults, RadioIdentifiersComeFromTheRadioFiles) {
