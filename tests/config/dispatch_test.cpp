@@ -1,6 +1,6 @@
 #include <syslog.h>
 
-#include "config/dispatch.hpp"
+#include "config/facade/dispatch.hpp"
 #include "config/v0/policy.hpp"
 #include "support/harness.hpp"
 #include "zt4config/config.h"

@@ -16,8 +16,8 @@
 #include <initializer_list>
 
 #include "common/log.hpp"
-#include "config/dispatch.hpp"
-#include "config/document.hpp"
+#include "config/facade/dispatch.hpp"
+#include "config/document/document.hpp"
 
 namespace zt4::v0 {
 

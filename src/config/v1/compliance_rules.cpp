@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "common/log.hpp"
-#include "config/sections/engine.hpp"
-#include "config/sections/user_sections.hpp"
+#include "config/descriptions/engine.hpp"
+#include "config/descriptions/user_descriptions.hpp"
 #include "config/v1/document_sections.hpp"
 #include "zt4config/json_checks.h"
 

@@ -1,6 +1,6 @@
 // The compliance rule functions of the user document, syntax version 1: one per level, each
 // the description-driven check of that level under its own name.
-#include "config/sections/user_sections.hpp"
+#include "config/descriptions/user_descriptions.hpp"
 #include "config/v1/compliance_rules.hpp"
 #include "config/v1/document_sections.hpp"
 #include "zt4config/compliance.h"

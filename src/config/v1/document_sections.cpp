@@ -1,6 +1,6 @@
 #include "config/v1/document_sections.hpp"
 
-#include "config/sections/user_sections.hpp"
+#include "config/descriptions/user_descriptions.hpp"
 
 namespace zt4::v1 {
 namespace {

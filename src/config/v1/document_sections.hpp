@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "config/sections/section.hpp"
+#include "config/descriptions/section.hpp"
 
 namespace zt4::v1 {
 

@@ -4,7 +4,7 @@
 
 #include "common/json_ref.hpp"
 #include "common/log.hpp"
-#include "config/sections/user_sections.hpp"
+#include "config/descriptions/user_descriptions.hpp"
 #include "config/v1/document_sections.hpp"
 
 namespace zt4::v1 {

@@ -1,7 +1,7 @@
 // The filter functions of the user document, syntax version 1: one per level, each the
 // description-driven filter of that level under its own name.
 #include "common/log.hpp"
-#include "config/sections/user_sections.hpp"
+#include "config/descriptions/user_descriptions.hpp"
 #include "config/v1/document_sections.hpp"
 #include "config/v1/filter_rules.hpp"
 #include "zt4config/compliance.h"

@@ -5,8 +5,8 @@
 
 #include "common/json_ref.hpp"
 #include "common/log.hpp"
-#include "config/sections/engine.hpp"
-#include "config/system/system_sections.hpp"
+#include "config/descriptions/engine.hpp"
+#include "config/descriptions/system_descriptions.hpp"
 #include "config/v1/user_checks.hpp"
 #include "zt4config/json.h"
 #include "zt4config/system.h"

@@ -2,8 +2,8 @@
 // descriptions, with the availability the caller asks for.
 #include "common/json_ref.hpp"
 #include "common/log.hpp"
-#include "config/sections/engine.hpp"
-#include "config/system/system_sections.hpp"
+#include "config/descriptions/engine.hpp"
+#include "config/descriptions/system_descriptions.hpp"
 #include "zt4config/system.h"
 
 namespace sections = zt4::sections;

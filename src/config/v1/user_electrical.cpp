@@ -3,8 +3,8 @@
 
 #include "common/json_ref.hpp"
 #include "common/log.hpp"
-#include "config/sections/engine.hpp"
-#include "config/sections/user_sections.hpp"
+#include "config/descriptions/engine.hpp"
+#include "config/descriptions/user_descriptions.hpp"
 #include "config/v1/by_key.hpp"
 #include "config/v1/user_checks.hpp"
 #include "config/v1/user_section_writer.hpp"

@@ -1,6 +1,6 @@
 // The network sections of the user configuration, syntax version 1: checks, readers, writers.
-#include "config/sections/engine.hpp"
-#include "config/sections/user_sections.hpp"
+#include "config/descriptions/engine.hpp"
+#include "config/descriptions/user_descriptions.hpp"
 #include "config/v1/by_key.hpp"
 #include "config/v1/user_checks.hpp"
 #include "config/v1/user_section_writer.hpp"

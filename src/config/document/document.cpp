@@ -1,4 +1,4 @@
-#include "config/document.hpp"
+#include "config/document/document.hpp"
 
 #include "common/api.hpp"
 #include "common/path.hpp"

@@ -1,5 +1,5 @@
 // Descriptions of the electrical sections of the user configuration.
-#include "config/sections/user_sections.hpp"
+#include "config/descriptions/user_descriptions.hpp"
 #include "config/v1/user_sections.hpp"
 
 namespace zt4::sections {

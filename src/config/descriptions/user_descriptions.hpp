@@ -2,7 +2,7 @@
 // checks, and by whatever else needs the keys, types and rules of these sections.
 #pragma once
 
-#include "config/sections/section.hpp"
+#include "config/descriptions/section.hpp"
 
 namespace zt4::sections {
 

@@ -1,4 +1,4 @@
-#include "config/v0/channels.hpp"
+#include "config/v0/channels_v0.hpp"
 
 #include "config/v0/policy.hpp"
 

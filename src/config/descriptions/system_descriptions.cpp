@@ -1,8 +1,8 @@
 // Descriptions of the system configuration's sections. A key whose rule is an exact value is a
 // fixed property of the device: any other value makes the section invalid.
-#include "config/system/system_sections.hpp"
+#include "config/descriptions/system_descriptions.hpp"
 
-#include "config/sections/user_sections.hpp"
+#include "config/descriptions/user_descriptions.hpp"
 #include "zt4config/system.h"
 
 namespace zt4::sections {

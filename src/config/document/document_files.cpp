@@ -1,5 +1,5 @@
 // The exported file operations on the four documents and their aliases.
-#include "config/document.hpp"
+#include "config/document/document.hpp"
 #include "zt4config/config.h"
 
 using zt4::ConfigDocument;

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "config/sections/section.hpp"
+#include "config/descriptions/section.hpp"
 
 namespace zt4::sections {
 

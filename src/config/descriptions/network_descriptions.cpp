@@ -1,6 +1,6 @@
 // Descriptions of the network sections of the user configuration.
-#include "config/sections/user_sections.hpp"
-#include "config/sections/device_defaults.hpp"
+#include "config/descriptions/user_descriptions.hpp"
+#include "config/descriptions/device_defaults.hpp"
 #include "config/v1/user_sections.hpp"
 
 namespace zt4::sections {

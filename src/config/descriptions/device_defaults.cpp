@@ -1,4 +1,4 @@
-#include "config/sections/device_defaults.hpp"
+#include "config/descriptions/device_defaults.hpp"
 
 #include <cstdio>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "config/sections/engine.hpp"
+#include "config/descriptions/engine.hpp"
 
 #include <cstdio>
 #include <cstring>

@@ -1,6 +1,6 @@
 // The channels of a connector, routed on the user file's version.
-#include "config/dispatch.hpp"
-#include "config/v0/channels.hpp"
+#include "config/facade/dispatch.hpp"
+#include "config/v0/channels_v0.hpp"
 #include "config/v1/by_key.hpp"
 #include "zt4config/config.h"
 

@@ -4,7 +4,7 @@
 #include "common/api.hpp"
 #include "common/json_ref.hpp"
 #include "common/path.hpp"
-#include "config/document.hpp"
+#include "config/document/document.hpp"
 #include "zt4config/config.h"
 
 namespace zt4 {

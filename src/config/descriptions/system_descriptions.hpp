@@ -2,7 +2,7 @@
 // service section holds, their defaults and the rules they must pass.
 #pragma once
 
-#include "config/sections/section.hpp"
+#include "config/descriptions/section.hpp"
 
 namespace zt4::sections {
 

@@ -1,5 +1,5 @@
 // The system creators and writers of the facade: one line each, routed on the system file's version.
-#include "config/dispatch.hpp"
+#include "config/facade/dispatch.hpp"
 #include "zt4config/system.h"
 
 using zt4::ConfigDocument;

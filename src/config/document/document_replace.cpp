@@ -7,7 +7,7 @@
 
 #include "common/api.hpp"
 #include "common/path.hpp"
-#include "config/document.hpp"
+#include "config/document/document.hpp"
 #include "zt4config/json.h"
 
 namespace zt4 {

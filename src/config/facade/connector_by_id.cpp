@@ -1,4 +1,4 @@
-#include "config/connector_by_id.hpp"
+#include "config/facade/connector_by_id.hpp"
 
 #include "common/json_ref.hpp"
 #include "common/log.hpp"

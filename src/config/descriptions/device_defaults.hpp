@@ -4,7 +4,7 @@
 
 #include <jansson.h>
 
-#include "config/sections/section.hpp"
+#include "config/descriptions/section.hpp"
 
 namespace zt4::sections {
 

@@ -12,7 +12,7 @@
 #include <type_traits>
 
 #include "common/log.hpp"
-#include "config/document.hpp"
+#include "config/document/document.hpp"
 
 namespace zt4 {
 

@@ -2,9 +2,9 @@
 // the stored user document.
 #include "zt4config/user.h"
 
-#include "config/connector_by_id.hpp"
-#include "config/dispatch.hpp"
-#include "config/v0/user_sections.hpp"
+#include "config/facade/connector_by_id.hpp"
+#include "config/facade/dispatch.hpp"
+#include "config/v0/user_sections_v0.hpp"
 #include "config/v1/user_sections.hpp"
 
 extern "C" {

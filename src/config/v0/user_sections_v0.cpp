@@ -1,4 +1,4 @@
-#include "config/v0/user_sections.hpp"
+#include "config/v0/user_sections_v0.hpp"
 
 #include "config/v0/policy.hpp"
 

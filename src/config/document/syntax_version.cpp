@@ -1,7 +1,7 @@
 // The syntax version a document is written in: its "Syntax" member's "Version", 0 or 1.
 #include "common/json_ref.hpp"
 #include "common/log.hpp"
-#include "config/document.hpp"
+#include "config/document/document.hpp"
 #include "zt4config/config.h"
 
 int readJSONSyntaxVersion(json_t* json) noexcept {

@@ -1,6 +1,6 @@
 // The system section readers of the facade: one line each, routed on the system file's version.
-#include "config/connector_by_id.hpp"
-#include "config/dispatch.hpp"
+#include "config/facade/connector_by_id.hpp"
+#include "config/facade/dispatch.hpp"
 #include "zt4config/system.h"
 
 using zt4::ConfigDocument;
