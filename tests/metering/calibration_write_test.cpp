@@ -197,6 +197,24 @@ TEST_F(CalibrationWriterFailure, FailedCopyReportsItsStatus) {
     EXPECT_TRUE(zt4test::logged("[writeConfigCalibration]: system 'cp '" + target + ".new' '" + target + "'' return 256", LOG_INFO));
 }
 
+TEST_F(CalibrationWriterFailure, CopyThatCannotStartFailsWithOne) {
+    const std::string savedPath = std::getenv("PATH") ? std::getenv("PATH") : "";
+    setenv("PATH", path("/var/tmp").c_str(), 1);  // no cp there
+    Model model;
+    const int fromModel = writeConfigInitCalibration(model.connectors, 0);
+    zt4::JsonRef document(zt4test::parse(R"({"Connector":[]})"));
+    const int fromJson = writeConfigCalibration(document.get(), 0);
+    setenv("PATH", savedPath.c_str(), 1);
+    const std::string target = path("/home/nvram/zt4calibration.cfg");
+    EXPECT_EQ(fromModel, 1);
+    EXPECT_TRUE(zt4test::logged("error. [writeConfigInitCalibration].4: could not call cp " + target + ".new " + target +
+                                ": No such file or directory", LOG_ERR)) << zt4test::logDump();
+    EXPECT_EQ(fromJson, 1);
+    EXPECT_TRUE(zt4test::logged("writeConfigCalibration: could not call 'cp '" + target + ".new' '" + target +
+                                "'': No such file or directory", LOG_ERR));
+    EXPECT_FALSE(exists("/home/nvram/zt4calibration.cfg"));
+}
+
 TEST_F(CalibrationWriterFailure, RootWithBlanksAndShellCharacters) {
     const std::string odd = root() + "/a b;$(touch pwned)'q\"";
     ASSERT_EQ(mkdir(odd.c_str(), 0755), 0);
