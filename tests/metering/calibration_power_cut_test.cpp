@@ -80,8 +80,10 @@ TEST_F(CalibrationPowerCut, KilledWriterNeverLeavesAPartialFile) {
     const std::vector<Model> versions = makeVersions();
     std::vector<json_t*> documents;
     for (const Model& version : versions) documents.push_back(jsonOf(version));
-    // cp outlives a killed writer; as the subreaper this test waits for it before reading.
-    ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0), 0);
+    // A cp started by the writer outlives it. Each writer and its cp hold the write end of a pipe,
+    // so that its end of file tells that both are gone (qemu-arm refuses a child subreaper, which
+    // here only reaps the orphaned cp natively).
+    prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0);
 
     long long longest = 0;
     for (size_t round = 0; round < 2 * versions.size(); ++round) {
@@ -99,18 +101,26 @@ TEST_F(CalibrationPowerCut, KilledWriterNeverLeavesAPartialFile) {
     int changed = 0, midWrite = 0;
     Model previous = versions.back();
     for (int round = 0; round < kRounds; ++round) {
+        int alive[2];
+        ASSERT_EQ(pipe(alive), 0);
         const pid_t child = copyOfThisProcess();
         ASSERT_GE(child, 0);
         if (child == 0) {
+            close(alive[0]);
             alarm(10);  // never outlive a parent that failed to kill
             for (size_t i = static_cast<size_t>(round);; ++i) writeRound(i, versions, documents);
         }
+        close(alive[1]);
         usleep(static_cast<useconds_t>(moment(random)));
         ASSERT_EQ(kill(child, SIGKILL), 0);
         int status = 0;
         ASSERT_EQ(waitpid(child, &status, 0), child);
         ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << "round " << round;
-        while (waitpid(-1, nullptr, 0) > 0) {
+        char byte;
+        while (read(alive[0], &byte, 1) > 0) {
+        }
+        close(alive[0]);
+        while (waitpid(-1, nullptr, WNOHANG) > 0) {
         }
 
         midWrite += exists("/home/nvram/zt4calibration.tmp") || exists("/home/nvram/zt4calibration.new");
