@@ -148,6 +148,18 @@ const JsonCase kJsonCases[] = {
 
 INSTANTIATE_TEST_SUITE_P(Documents, CalibrationJsonWriter, ::testing::ValuesIn(kJsonCases), caseName<JsonCase>);
 
+TEST_F(CalibrationJsonWriter, TracesEachMemberAboveLevelZero) {
+    zt4::JsonRef document(zt4test::parse(R"({"Connector":[{"Cnl":[{"CalPref":16,"CalVnom":230.5}]}]})"));
+    debug_level = 1;
+    ASSERT_EQ(writeConfigCalibration(document.get(), 0), 0);
+    EXPECT_TRUE(zt4test::logged("[writeConfigCalibration] buf 'Connect_1_Cnl_1_CalPref' | value 16.000000", LOG_INFO));
+    EXPECT_TRUE(zt4test::logged("[writeConfigCalibration] buf 'Connect_1_Cnl_1_CalVnom' | value 230.500000", LOG_INFO));
+    debug_level = 0;
+    zt4test::clearLog();
+    ASSERT_EQ(writeConfigCalibration(document.get(), 0), 0);
+    EXPECT_EQ(zt4test::loggedCount("buf 'Connect_"), 0);
+}
+
 class CalibrationWriterFailure : public zt4test::DeviceTest {};
 
 TEST_F(CalibrationWriterFailure, NullArguments) {
