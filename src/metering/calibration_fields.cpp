@@ -27,29 +27,25 @@ const CalibrationField kCalibrationFields[kCalibrationFieldCount] = {
 
 #undef ZT4_CAL_FIELD
 
-namespace {
-const CalibrationField& field(std::size_t index) { return kCalibrationFields[index]; }
-}  // namespace
-
 const CalibrationField* const kCalibrationFileOrder[kCalibrationFieldCount] = {
-    &field(1),  // CalCurrent
-    &field(3),  // CalIOffset
-    &field(2),  // CalVoltage
-    &field(4),  // CalVOffset
-    &field(0),  // CalActivePower
-    &field(6),  // CalWOffset
-    &field(5),  // CalVAGain
-    &field(7),  // CalVARGain
-    &field(8),  // CalVAROffset
-    &field(9),  // CalPhaseA
-    &field(10), // CalPhaseB
-    &field(11), // CalPhaseC
-    &field(12), // CalVnom
-    &field(13), // CalInom
-    &field(14), // CalPref
+    &kCalibrationFields[1],  // CalCurrent
+    &kCalibrationFields[3],  // CalIOffset
+    &kCalibrationFields[2],  // CalVoltage
+    &kCalibrationFields[4],  // CalVOffset
+    &kCalibrationFields[0],  // CalActivePower
+    &kCalibrationFields[6],  // CalWOffset
+    &kCalibrationFields[5],  // CalVAGain
+    &kCalibrationFields[7],  // CalVARGain
+    &kCalibrationFields[8],  // CalVAROffset
+    &kCalibrationFields[9],  // CalPhaseA
+    &kCalibrationFields[10], // CalPhaseB
+    &kCalibrationFields[11], // CalPhaseC
+    &kCalibrationFields[12], // CalVnom
+    &kCalibrationFields[13], // CalInom
+    &kCalibrationFields[14], // CalPref
 };
 
-const CalibrationField* const kNeutralFields[2] = {&field(1), &field(3)};
+const CalibrationField* const kNeutralFields[2] = {&kCalibrationFields[1], &kCalibrationFields[3]};
 
 namespace {
 
