@@ -202,3 +202,17 @@ std::string caseName(const ::testing::TestParamInfo<FlatFileCase>& row) { return
 INSTANTIATE_TEST_SUITE_P(Lines, FlatFileTest, ::testing::ValuesIn(kFlatFileCases), caseName);
 
 }  // namespace
+
+namespace {
+
+TEST_F(UpgradeTest, ACopyThatCannotBeCreatedLeavesTheFlatFileAsItWas) {
+    writeFile("/home/nvram/zt4.cfg", kFlat);
+    std::filesystem::create_directories(path("/home/nvram/zt4.cfg.new"));
+    zt4::JsonRef document(zt4test::parse(kEthernet));
+    EXPECT_EQ(updateZT4ConfigEthernet(document.get()), -1);
+    EXPECT_TRUE(zt4test::logged("error.[updateZT4UserConfigEthernetSyntaxVersion1]: FAILED to fopen '" +
+                                path("/home/nvram/zt4.cfg.new") + "'. (Is a directory)"));
+    EXPECT_EQ(readFile("/home/nvram/zt4.cfg"), kFlat);
+}
+
+}  // namespace
