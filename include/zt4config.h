@@ -17,6 +17,8 @@
 #include "zt4config/user.h"
 #include "zt4config/system.h"
 #include "zt4config/compliance.h"
+#include "zt4config/upgrade.h"
+#include "zt4config/record_readers.h"
 #include "zt4config/calibration.h"
 #include "zt4config/device.h"
 #include "zt4config/radio.h"

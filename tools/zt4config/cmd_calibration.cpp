@@ -1,5 +1,6 @@
 // zt4config calibration: the calibration files in their JSON form. Each subcommand is one row of
 // kSubcommands.
+#include <cstring>
 #include <iostream>
 #include <string>
 
@@ -69,6 +70,19 @@ int runWrite(const cli::Args& args) {
     return cli::exitFor(result);
 }
 
+// calibration init KIND: writes the kind's file from the record the metering daemon starts from
+// (readZT4AllConfig): the coefficients the device holds now, whichever files they came from.
+int runInit(const cli::Args& args) {
+    int kind = ZT4_CALIBRATION_STANDARD;
+    if (args.size() != 2 || !kindOf(args[1], kind)) {
+        return cli::usageError("calibration init standard|threephase|monophase");
+    }
+    zt4Data data;
+    std::memset(&data, 0, sizeof data);
+    if (readZT4AllConfig(&data) != 0) return cli::kExitFailed;
+    return cli::exitFor(writeConfigInitCalibration(data.connectors, kind));
+}
+
 struct Subcommand {
     const char* word;
     int (*run)(const cli::Args& args);  // args[0] is the subcommand's word
@@ -77,6 +91,7 @@ struct Subcommand {
 const Subcommand kSubcommands[] = {
     {"show", runShow},
     {"write", runWrite},
+    {"init", runInit},
 };
 
 int runCalibration(const cli::Args& args) {
@@ -91,7 +106,9 @@ constexpr const char* kSynopsis =
     "calibration show [KIND]   a calibration file as JSON (KIND: standard,\n"
     "                          threephase or monophase; standard by default)\n"
     "calibration write KIND FILE|-\n"
-    "                          write a calibration file from a JSON document";
+    "                          write a calibration file from a JSON document\n"
+    "calibration init KIND     write a calibration file from the record that\n"
+    "                          the documents and calibration files fill";
 
 const cli::Registration registration({"calibration", kSynopsis, 620, runCalibration});
 
