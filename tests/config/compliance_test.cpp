@@ -86,6 +86,7 @@ struct FaultCase {
     const char* value;   // JSON text; null removes the member
     uint8_t section;     // 0: the document still complies
     const char* line;    // a line that must be logged, or null
+    const char* typedLine = nullptr;  // the typed check's line, logged just before `line`
 };
 
 class Fault : public ComplianceTest, public ::testing::WithParamInterface<FaultCase> {};
@@ -98,6 +99,13 @@ TEST_P(Fault, ReportsTheFirstFailingSection) {
     EXPECT_EQ(section, c.section);
     if (c.line != nullptr) {
         EXPECT_TRUE(logged(c.line, LOG_ERR)) << c.line << "\n" << zt4test::logDump();
+    }
+    if (c.typedLine != nullptr) {
+        const auto& log = zt4test::capturedLog();
+        std::size_t at = 0;
+        while (at < log.size() && log[at].text != c.line) ++at;
+        ASSERT_TRUE(at > 0 && at < log.size()) << zt4test::logDump();
+        EXPECT_EQ(log[at - 1].text, c.typedLine) << zt4test::logDump();
     }
     json_decref(document);
 }
@@ -115,7 +123,12 @@ const FaultCase kFaults[] = {
      "error.[complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1]: Band 'CN-470' INVALID"},
     {"FrameFormat", "RadioLoRa/FrameFormat", "4", 3,
      "error.[complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1]: FrameFormat 4 INVALID"},
-    {"PeriodTooShort", "RadioLoRa/Period", "9", 3, nullptr},
+    {"PeriodTooShort", "RadioLoRa/Period", "9", 3,
+     "error.[complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1]: Period INVALID",
+     "error.[json_check_integer_superior]: Period value INVALID (9)"},
+    {"RadioEnableTwo", "RadioLoRa/Enable", "2", 3,
+     "error.[complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1]: Enable INVALID",
+     "error.[json_check_boolean]: Enable value INVALID (2)"},
     {"AppKeyEmpty", "RadioLoRa/APPKEY", "\"\"", 0, nullptr},
     {"AppKeyAbsent", "RadioLoRa/APPKEY", nullptr, 0, nullptr},
     {"AppKeyInteger", "RadioLoRa/APPKEY", "5", 3,
@@ -125,15 +138,20 @@ const FaultCase kFaults[] = {
     {"AppEuiEmpty", "RadioLoRa/APPEUI", "\"\"", 3,
      "error.[complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1]: APPEUI EMPTY"},
     {"NoDhcp", "WiFi/DHCP", nullptr, 4, "error.[complianceJSONZT4UserConfigWiFiSyntaxVersion1]: DHCP NULL"},
-    {"DhcpAddress", "WiFi/DHCP/Netmask", "\"255.255.255\"", 4, nullptr},
+    {"DhcpAddress", "WiFi/DHCP/Netmask", "\"255.255.255\"", 4,
+     "error.[complianceJSONZT4UserConfigWiFiSyntaxVersion1]: Netmask INVALID",
+     "error.[json_check_ipv4]: Netmask value INVALID"},
     {"DnsEmpty", "Ethernet/Dns", "\"\"", 0, nullptr},
-    {"DnsText", "Ethernet/Dns", "\"dns\"", 5, nullptr},
-    {"Addressing", "Ethernet/IPv4Addressing", "\"Auto\"", 5, nullptr},
+    {"DnsText", "Ethernet/Dns", "\"dns\"", 5, "error.[complianceJSONZT4UserConfigEthernetSyntaxVersion1]: Dns INVALID"},
+    {"Addressing", "Ethernet/IPv4Addressing", "\"Auto\"", 5,
+     "error.[complianceJSONZT4UserConfigEthernetSyntaxVersion1]: IPv4Addressing INVALID",
+     "error.[json_check_ipv4_addressing]: IPv4Addressing value Auto INVALID"},
     {"ParityNamedRtu", "Modbus/Parity", "5", 6,
      "error.[complianceJSONZT4UserConfigModbusSyntaxVersion1]: RTU Parity 5 INVALID"},
     {"FirstMissingKeyOnly", "Modbus/Enable", nullptr, 6,
      "error.[complianceJSONZT4UserConfigModbusSyntaxVersion1]: Enable NULL"},
-    {"BACnetPort", "BACnet/Port", "80", 7, nullptr},
+    {"BACnetPort", "BACnet/Port", "80", 7, "error.[complianceJSONZT4UserConfigBACnetSyntaxVersion1]: Port INVALID",
+     "error.[json_check_integer_range]: Port value INVALID (80)"},
     {"FiveConnectors", "ElectricalConfiguration/Connectors/5", nullptr, 8,
      "error.[complianceJSONZT4UserConfigConnectorsSyntaxVersion1]: Array size Connectors 5 INVALID"},
     {"LineFrequencyInteger", "ElectricalConfiguration/LineFrequency", "60", 0, nullptr},
@@ -156,7 +174,11 @@ const FaultCase kFaults[] = {
      "error.[complianceJSONZT4UserConfigExpertSagSyntaxVersion1]: RateLevel 100.500000 % INVALID"},
     {"SwellPhase", "ElectricalConfiguration/Expert/Swell/Phase/2/Enable", "3", 8,
      "error.[complianceJSONZT4UserConfigExpertSwellSyntaxVersion1]: Phase 3 Enable INVALID"},
-    {"ThreephaseCount", "ElectricalConfiguration/Expert/NumberConnectorThreephase", "7", 8, nullptr},
+    {"ThreephaseCount", "ElectricalConfiguration/Expert/NumberConnectorThreephase", "7", 8,
+     "error.[complianceJSONZT4UserConfigExpertSyntaxVersion1]: NumberConnectorThreephase INVALID"},
+    {"NominalVoltage", "ElectricalConfiguration/NominalVoltage", "99.9", 8,
+     "error.[complianceJSONZT4UserConfigElectricalConfigurationSyntaxVersion1]: NominalVoltage INVALID",
+     "error.[json_check_float_superior]: NominalVoltage value INVALID (99.900000)"},
     {"AverageEnable", "ElectricalConfiguration/Expert/Connectors/0/CurrentAverageMax/Enable", nullptr, 8,
      "error.[complianceJSONZT4UserConfigExpertCurrentAverageMaxSyntaxVersion1]: Enable NULL"},
     {"ExpertConnector", "ElectricalConfiguration/Expert/Connectors/2/THDEnable", "2", 8,

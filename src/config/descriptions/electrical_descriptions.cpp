@@ -80,10 +80,13 @@ constexpr Field kChannel1PFields[] = {
 constexpr Field kPhaseFields[] = {booleanField("Enable", 1)};
 const Section kPhase = objectSection(nullptr, "phase", kPhaseFields);
 
+// The repair step names a missing phase in lower case, the check that follows in capitals.
 constexpr ArrayShape kSagPhasesShape = {
-    3, {3, 0}, {&kPhase, nullptr}, WrongSize::FillMissing, nullptr, "Sag phase {value} NULL", "Phase"};
+    3, {3, 0}, {&kPhase, nullptr}, WrongSize::FillMissing, nullptr, "sag phase {value} NULL", "Phase",
+    false, "Sag phase {value} NULL"};
 constexpr ArrayShape kSwellPhasesShape = {
-    3, {3, 0}, {&kPhase, nullptr}, WrongSize::FillMissing, nullptr, "Swell phase {value} NULL", "Phase"};
+    3, {3, 0}, {&kPhase, nullptr}, WrongSize::FillMissing, nullptr, "swell phase {value} NULL", "Phase",
+    false, "Swell phase {value} NULL"};
 const Section kSagPhases = arraySection(nullptr, "sag phase", kSagPhasesShape);
 const Section kSwellPhases = arraySection(nullptr, "swell phase", kSwellPhasesShape);
 

@@ -110,6 +110,10 @@ const ArrayWording kArrayWordings[] = {
      nullptr, nullptr, nullptr, nullptr},
 };
 
+// A rule function whose key fails a typed check (boolean, at least, range, IPv4...) logs, after
+// the typed check's own line, the key's name and this text under its own name.
+constexpr const char* kTypedCheckFailed = "INVALID";
+
 const SectionWording* sectionWording(const Section* section) {
     for (const SectionWording& wording : kSectionWordings) {
         if (wording.section == section) return &wording;
@@ -211,11 +215,13 @@ int complyField(const Section& parent, const Field& field, json_t* object, const
     json_t* value = json_object_get(object, f.key);
     if (value == nullptr) return refuse(function, f.messageName(), "not defined");
     const int typed = sections::checkTypedRule(f, object);
-    if (typed != sections::kNotTyped) return typed;
+    if (typed == 0) return 0;
+    if (typed != sections::kNotTyped) return refuse(function, f.messageName(), kTypedCheckFailed);
     switch (f.rule) {
         case Rule::Ipv4OrEmpty:
             if (json_is_string(value) && json_string_value(value)[0] == '\0') return 0;
-            return json_check_ipv4(object, f.key);
+            if (json_check_ipv4(object, f.key) == 0) return 0;
+            return refuse(function, f.messageName(), kTypedCheckFailed);
         case Rule::IntegerOneOf: {
             if (!json_is_integer(value)) return refuse(function, f.messageName(), "NOT JSON_INTEGER");
             const json_int_t number = json_integer_value(value);
