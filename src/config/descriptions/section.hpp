@@ -139,6 +139,9 @@ struct ArrayShape {
     // The check's line for an element still missing after the repair (template, "{value}" the
     // element's number); null: the element is reported as not an object.
     const char* absentElementText = nullptr;
+    // Reads element n (from 1) of the array, logging under its own name why it cannot; null:
+    // elements are taken in place.
+    json_t* (*elementReader)(json_t* array, std::uint8_t number) = nullptr;
 };
 
 struct Section {
