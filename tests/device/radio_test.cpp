@@ -277,11 +277,13 @@ INSTANTIATE_TEST_SUITE_P(Files, DaemonParameter, ::testing::Values(
     ParameterCase{GET(getConfigRadioAppSKey), "appskey", kEui, 0, kEui, nullptr},
     ParameterCase{GET(getConfigRadioADR), "adr", "1\n", 0, "1\n", nullptr},
     ParameterCase{GET(getConfigRadioDR), "dr", "", -1, "", nullptr},
+    ParameterCase{GET(getConfigRadioVersion), "version", "2.1", 0, "2.1", nullptr},
     ParameterCase{SET(setConfigRadioAppeui), "appeui", "70:B3", -1, "", "setConfigRadioKey16"},
     ParameterCase{SET(setConfigRadioDeveui), "deveui", kEuiLine, 0, kEui, nullptr},
     ParameterCase{SET(setConfigRadioAppkey), "appkey", kEui, -1, "", "setConfigRadioKey32"},
     ParameterCase{SET(setConfigRadioLocalTime), "localtime", "12:00:00\n", 0, "12:00:00\n", nullptr},
     ParameterCase{SET(setConfigRadioEpochTime), "epochtime", "1795000000", 0, "1795000000", nullptr},
+    ParameterCase{SET(setConfigRadioRegionBand), "regionband", "EU-868", 0, "EU-868", nullptr},
     ParameterCase{GET(getAny), "custom", "any text\n", 0, "any text\n", nullptr},
     ParameterCase{GET(getAny16), "custom", kKey, -1, "", "getConfigRadioKey16"},
     ParameterCase{GET(getAny32), "custom", kKey, 0, kKey, nullptr},
@@ -310,9 +312,18 @@ TEST_F(DaemonParameter, FailuresAreReported) {
     EXPECT_TRUE(logged("error.[getConfigRadioKey16] name is NULL", LOG_ERR));
     EXPECT_EQ(setConfigRadio(nullptr, "1"), -1);
     EXPECT_TRUE(logged("error.[setConfigRadio] name is NULL", LOG_ERR));
-    const std::string longName(51, 'n');  // "/var/tmp/radio" and 50 characters fill 64 bytes
+    EXPECT_EQ(getConfigRadioKey32("appkey", buffer, 0), -1);
+    EXPECT_TRUE(logged("error.[getConfigRadioKey32] value size is NULL", LOG_ERR));
+    EXPECT_EQ(getConfigRadio("dr", nullptr, sizeof buffer), -1);
+    EXPECT_TRUE(logged("error.[getConfigRadio] value is NULL", LOG_ERR));
+    // "/var/tmp/radio" and 49 characters fit the 64-byte device path with its terminator.
+    const std::string longName(50, 'n');
     EXPECT_EQ(getConfigRadio(longName.c_str(), buffer, sizeof buffer), -1);
     EXPECT_TRUE(logged("error.[getConfigRadio] name is too long '" + longName + "'", LOG_ERR));
+    EXPECT_EQ(setConfigRadio(longName.c_str(), "1"), -1);
+    EXPECT_TRUE(logged("error.[setConfigRadio] name is too long '" + longName + "'", LOG_ERR));
+    EXPECT_EQ(setConfigRadio(longName.substr(1).c_str(), "1"), 0);
+    EXPECT_EQ(readFile("/var/tmp/radio" + longName.substr(1)), "1");
     zt4test::removeTree(path("/var/tmp"));
     EXPECT_EQ(setConfigRadioDR("1"), -1);
     EXPECT_TRUE(logged("error.[setConfigRadio] FAILED to open file '" + path("/var/tmp/radiodr") + "'", LOG_ERR));
