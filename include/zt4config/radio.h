@@ -70,6 +70,19 @@ ZT4_API int writeUserConfigEthernetIPv4Addressing(const char* value) ZT4_NOEXCEP
 
 /* The radio daemon's parameter files (/var/tmp/radio<name>). Identifiers are format checked on
  * get (newline removed) and on set; setters write the value as it is, without a newline. */
+/* 0 and the first line of /var/tmp/radio<name> (newline kept), or -1 (missing, empty, a
+ * null argument, or a name too long for the 64-byte device path). */
+ZT4_API int getConfigRadio(const char* name, char* buffer, size_t size) ZT4_NOEXCEPT;
+/* getConfigRadio, then the 8-group identifier format (newline removed); 0 or -1. */
+ZT4_API int getConfigRadioKey16(const char* name, char* buffer, size_t size) ZT4_NOEXCEPT;
+/* getConfigRadio, then the 16-group key format (newline removed); 0 or -1. */
+ZT4_API int getConfigRadioKey32(const char* name, char* buffer, size_t size) ZT4_NOEXCEPT;
+/* Writes the non-empty `value` as /var/tmp/radio<name>, without a newline; 0 or -1. */
+ZT4_API int setConfigRadio(const char* name, const char* value) ZT4_NOEXCEPT;
+/* Checks the 8-group identifier format, then setConfigRadio (trailing newline dropped); 0 or -1. */
+ZT4_API int setConfigRadioKey16(const char* name, const char* value) ZT4_NOEXCEPT;
+/* Checks the 16-group key format, then setConfigRadio (trailing newline dropped); 0 or -1. */
+ZT4_API int setConfigRadioKey32(const char* name, const char* value) ZT4_NOEXCEPT;
 /* 0 and "appeui" (8 groups), or -1. */
 ZT4_API int getConfigRadioAppeui(char* buffer, size_t size) ZT4_NOEXCEPT;
 /* 0 and "deveui" (8 groups), or -1. */

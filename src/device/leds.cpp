@@ -43,8 +43,10 @@ std::string attributePath(const char* function, const char* name, const char* at
     return resolvePath(devicePath);
 }
 
-// Writes `value` into the LED's attribute file.
-int leds_file(const char* function, const char* name, const char* attribute, const char* value) {
+// Writes `value` into the LED's attribute file. Its failures are its own: they are logged under
+// its name, whichever operation asked for the write.
+int leds_file(const char* name, const char* attribute, const char* value) {
+    const char* function = __func__;
     if (!validLedName(function, name) || attribute == nullptr) return -1;
     if (value == nullptr || *value == '\0') {
         logLine(LOG_ERR, "error.[%s] Empty value for '%s' of LED '%s'", function, attribute, name);
@@ -67,13 +69,9 @@ int leds_file(const char* function, const char* name, const char* attribute, con
     return 0;
 }
 
-int brightness(const char* function, const char* name, const char* value) {
-    return leds_file(function, name, "brightness", value);
-}
+int brightness(const char* name, const char* value) { return leds_file(name, "brightness", value); }
 
-int trigger(const char* function, const char* name, const char* value) {
-    return leds_file(function, name, "trigger", value);
-}
+int trigger(const char* name, const char* value) { return leds_file(name, "trigger", value); }
 
 // Fills the shared cache from the LED's max_brightness (its first line, at most 7 characters).
 int readMaxBrightness(const char* function, const char* name) {
@@ -107,24 +105,24 @@ int leds_on(const char* name) noexcept {
         }
         const size_t length = std::strlen(zt4::maxBrightness);
         if (length > 0) zt4::maxBrightness[length - 1] = '\0';
-        return zt4::brightness(function, name, zt4::maxBrightness) |
-               zt4::trigger(function, name, "default-on");
+        return zt4::brightness(name, zt4::maxBrightness) | zt4::trigger(name, "default-on");
     });
 }
 
+// A null name is refused at once; any other fault is leds_file's to report.
 int leds_off(const char* name) noexcept {
-    const char* function = __func__;
-    return zt4::guarded(function, -1, [&] { return zt4::brightness(function, name, "0"); });
+    if (name == nullptr) return -1;
+    return zt4::guarded(__func__, -1, [&] { return zt4::brightness(name, "0"); });
 }
 
 int leds_blink(const char* name) noexcept {
-    const char* function = __func__;
-    return zt4::guarded(function, -1, [&] { return zt4::trigger(function, name, "timer"); });
+    if (name == nullptr) return -1;
+    return zt4::guarded(__func__, -1, [&] { return zt4::trigger(name, "timer"); });
 }
 
 int leds_heartbeat(const char* name) noexcept {
-    const char* function = __func__;
-    return zt4::guarded(function, -1, [&] { return zt4::trigger(function, name, "heartbeat"); });
+    if (name == nullptr) return -1;
+    return zt4::guarded(__func__, -1, [&] { return zt4::trigger(name, "heartbeat"); });
 }
 
 }  // extern "C"

@@ -24,6 +24,8 @@ int main(void) {
     expect(getAmpsPlier(4) == 200, "getAmpsPlier(4)");
     expect(isConnectorValid(7) == -1, "isConnectorValid(7)");
     expect(LockReadFile(-1, "x") == -1, "LockReadFile(-1)");
+    expect(getConfigRadioKey16(NULL, NULL, 0) == -1, "getConfigRadioKey16(NULL)");
+    expect(setConfigRadio(NULL, NULL) == -1, "setConfigRadio(NULL)");
     printf("%d passed, %d failed\n", checks - failures, failures);
     return failures == 0 ? 0 : 1;
 }

@@ -86,6 +86,7 @@ struct FaultCase {
     const char* value;   // JSON text; null removes the member
     uint8_t section;     // 0: the document still complies
     const char* line;    // a line that must be logged, or null
+    const char* typedLine = nullptr;  // the typed check's line, logged just before `line`
 };
 
 class Fault : public ComplianceTest, public ::testing::WithParamInterface<FaultCase> {};
@@ -98,6 +99,13 @@ TEST_P(Fault, ReportsTheFirstFailingSection) {
     EXPECT_EQ(section, c.section);
     if (c.line != nullptr) {
         EXPECT_TRUE(logged(c.line, LOG_ERR)) << c.line << "\n" << zt4test::logDump();
+    }
+    if (c.typedLine != nullptr) {
+        const auto& log = zt4test::capturedLog();
+        std::size_t at = 0;
+        while (at < log.size() && log[at].text != c.line) ++at;
+        ASSERT_TRUE(at > 0 && at < log.size()) << zt4test::logDump();
+        EXPECT_EQ(log[at - 1].text, c.typedLine) << zt4test::logDump();
     }
     json_decref(document);
 }
@@ -115,7 +123,12 @@ const FaultCase kFaults[] = {
      "error.[complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1]: Band 'CN-470' INVALID"},
     {"FrameFormat", "RadioLoRa/FrameFormat", "4", 3,
      "error.[complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1]: FrameFormat 4 INVALID"},
-    {"PeriodTooShort", "RadioLoRa/Period", "9", 3, nullptr},
+    {"PeriodTooShort", "RadioLoRa/Period", "9", 3,
+     "error.[complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1]: Period INVALID",
+     "error.[json_check_integer_superior]: Period value INVALID (9)"},
+    {"RadioEnableTwo", "RadioLoRa/Enable", "2", 3,
+     "error.[complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1]: Enable INVALID",
+     "error.[json_check_boolean]: Enable value INVALID (2)"},
     {"AppKeyEmpty", "RadioLoRa/APPKEY", "\"\"", 0, nullptr},
     {"AppKeyAbsent", "RadioLoRa/APPKEY", nullptr, 0, nullptr},
     {"AppKeyInteger", "RadioLoRa/APPKEY", "5", 3,
@@ -125,15 +138,21 @@ const FaultCase kFaults[] = {
     {"AppEuiEmpty", "RadioLoRa/APPEUI", "\"\"", 3,
      "error.[complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1]: APPEUI EMPTY"},
     {"NoDhcp", "WiFi/DHCP", nullptr, 4, "error.[complianceJSONZT4UserConfigWiFiSyntaxVersion1]: DHCP NULL"},
-    {"DhcpAddress", "WiFi/DHCP/Netmask", "\"255.255.255\"", 4, nullptr},
+    {"DhcpAddress", "WiFi/DHCP/Netmask", "\"255.255.255\"", 4,
+     "error.[complianceJSONZT4UserConfigWiFiSyntaxVersion1]: Netmask INVALID",
+     "error.[json_check_ipv4]: Netmask value INVALID"},
     {"DnsEmpty", "Ethernet/Dns", "\"\"", 0, nullptr},
-    {"DnsText", "Ethernet/Dns", "\"dns\"", 5, nullptr},
-    {"Addressing", "Ethernet/IPv4Addressing", "\"Auto\"", 5, nullptr},
+    {"DnsText", "Ethernet/Dns", "\"dns\"", 5, "error.[complianceJSONZT4UserConfigEthernetSyntaxVersion1]: Dns INVALID"},
+    {"Addressing", "Ethernet/IPv4Addressing", "\"Auto\"", 5,
+     "error.[complianceJSONZT4UserConfigEthernetSyntaxVersion1]: IPv4Addressing INVALID",
+     "error.[json_check_ipv4_addressing]: IPv4Addressing value Auto INVALID"},
     {"ParityNamedRtu", "Modbus/Parity", "5", 6,
      "error.[complianceJSONZT4UserConfigModbusSyntaxVersion1]: RTU Parity 5 INVALID"},
     {"FirstMissingKeyOnly", "Modbus/Enable", nullptr, 6,
      "error.[complianceJSONZT4UserConfigModbusSyntaxVersion1]: Enable NULL"},
-    {"BACnetPort", "BACnet/Port", "80", 7, nullptr},
+    {"NoBACnet", "BACnet", nullptr, 7, "error.[complianceJSONZT4UserConfigBACnetSyntaxVersion1]: BACnet NULL"},
+    {"BACnetPort", "BACnet/Port", "80", 7, "error.[complianceJSONZT4UserConfigBACnetSyntaxVersion1]: Port INVALID",
+     "error.[json_check_integer_range]: Port value INVALID (80)"},
     {"FiveConnectors", "ElectricalConfiguration/Connectors/5", nullptr, 8,
      "error.[complianceJSONZT4UserConfigConnectorsSyntaxVersion1]: Array size Connectors 5 INVALID"},
     {"LineFrequencyInteger", "ElectricalConfiguration/LineFrequency", "60", 0, nullptr},
@@ -142,21 +161,36 @@ const FaultCase kFaults[] = {
     {"TwoChannels", "ElectricalConfiguration/Connectors/3/Channel/2", nullptr, 8,
      "error.[complianceJSONZT4UserConfigConnectorSyntaxVersion1]: Array size Connector Channel 2 INVALID"},
     {"Direction", "ElectricalConfiguration/Connectors/0/Channel/0/CurrentTransformer/1/Direction", "2", 8,
-     "error.[complianceJSONZT4UserConfigConnectorChannel3PSyntaxVersion1]: CurrentTransformer Direction 2 INVALID"},
+     "error.[complianceJSONZT4UserConfigConnectorChannelCommonSyntaxVersion1]: CurrentTransformer Direction 2 INVALID"},
     {"TwoTransformers", "ElectricalConfiguration/Connectors/0/Channel/0/CurrentTransformer/2", nullptr, 8,
-     "error.[complianceJSONZT4UserConfigConnectorChannel3PSyntaxVersion1]: CurrentTransformer size 2 is incorrect"},
+     "error.[complianceJSONZT4UserConfigConnectorChannelCommonSyntaxVersion1]: CurrentTransformer size 2 is incorrect"},
     {"MonophasePhase", "ElectricalConfiguration/Connectors/3/Channel/1/Phase", "4", 8,
      "error.[complianceJSONZT4UserConfigConnectorsSyntaxVersion1]: Failed to check compliance section Connector 4 in syntax version 1"},
+    {"MonophasePhaseOwnRule", "ElectricalConfiguration/Connectors/3/Channel/1/Phase", "4", 8,
+     "error.[complianceJSONZT4UserConfigConnectorChannel1PSyntaxVersion1]: Phase INVALID",
+     "error.[json_check_integer_range]: Phase value INVALID (4)"},
+    {"MonophaseNameCommonRule", "ElectricalConfiguration/Connectors/3/Channel/2/Name", nullptr, 8,
+     "error.[complianceJSONZT4UserConfigConnectorChannelCommonSyntaxVersion1]: Name NULL"},
+    {"SagEnableSharedRule", "ElectricalConfiguration/Expert/Sag/Enable", nullptr, 8,
+     "error.[complianceJSONZT4UserConfigExpertSagSwellSyntaxVersion1]: Enable NULL"},
     {"NoVoltageTransformer", "ElectricalConfiguration/VoltageTransformer", nullptr, 8,
      "error.[complianceJSONZT4UserConfigElectricalConfigurationSyntaxVersion1]: VoltageTransformer NULL"},
     {"NoExpert", "ElectricalConfiguration/Expert", nullptr, 8,
      "error.[complianceJSONZT4UserConfigElectricalConfigurationSyntaxVersion1]: jsonExpert NULL"},
     {"SagFull", "ElectricalConfiguration/Expert/Sag/RateLevel", "100", 0, nullptr},
     {"SagAbove", "ElectricalConfiguration/Expert/Sag/RateLevel", "100.5", 8,
-     "error.[complianceJSONZT4UserConfigExpertSagSyntaxVersion1]: RateLevel 100.500000 % INVALID"},
+     "error.[complianceJSONZT4UserConfigExpertSagSwellSyntaxVersion1]: RateLevel 100.500000 % INVALID"},
     {"SwellPhase", "ElectricalConfiguration/Expert/Swell/Phase/2/Enable", "3", 8,
-     "error.[complianceJSONZT4UserConfigExpertSwellSyntaxVersion1]: Phase 3 Enable INVALID"},
-    {"ThreephaseCount", "ElectricalConfiguration/Expert/NumberConnectorThreephase", "7", 8, nullptr},
+     "error.[complianceJSONZT4UserConfigExpertSagSwellSyntaxVersion1]: Phase 3 Enable INVALID"},
+    {"SagTwoPhases", "ElectricalConfiguration/Expert/Sag/Phase/2", nullptr, 8,
+     "error.[complianceJSONZT4UserConfigExpertSagSwellSyntaxVersion1]: Phase array size 2 is incorrect"},
+    {"FiveExpertConnectors", "ElectricalConfiguration/Expert/Connectors/4", nullptr, 8,
+     "error.[complianceJSONZT4UserConfigExpertSyntaxVersion1]: Failed to check compliance section Expert Connectors in syntax version 1"},
+    {"ThreephaseCount", "ElectricalConfiguration/Expert/NumberConnectorThreephase", "7", 8,
+     "error.[complianceJSONZT4UserConfigExpertSyntaxVersion1]: NumberConnectorThreephase INVALID"},
+    {"NominalVoltage", "ElectricalConfiguration/NominalVoltage", "99.9", 8,
+     "error.[complianceJSONZT4UserConfigElectricalConfigurationSyntaxVersion1]: NominalVoltage INVALID",
+     "error.[json_check_float_superior]: NominalVoltage value INVALID (99.900000)"},
     {"AverageEnable", "ElectricalConfiguration/Expert/Connectors/0/CurrentAverageMax/Enable", nullptr, 8,
      "error.[complianceJSONZT4UserConfigExpertCurrentAverageMaxSyntaxVersion1]: Enable NULL"},
     {"ExpertConnector", "ElectricalConfiguration/Expert/Connectors/2/THDEnable", "2", 8,

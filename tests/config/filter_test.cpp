@@ -1,3 +1,5 @@
+#include <syslog.h>
+
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -31,6 +33,7 @@ struct LevelCase {
     const char* source;    // null: no source
     int result;
     const char* expected;  // the destination afterwards, keys in order
+    const char* line = nullptr;  // a line that must be logged
 };
 
 class FilterLevel : public zt4test::DeviceTest, public ::testing::WithParamInterface<LevelCase> {};
@@ -41,6 +44,9 @@ TEST_P(FilterLevel, KeepsKnownKeysInOrder) {
     json_t* destination = c.array ? json_array() : json_object();
     EXPECT_EQ(c.filter(source, destination), c.result) << zt4test::logDump();
     EXPECT_EQ(ordered(destination), c.expected);
+    if (c.line != nullptr) {
+        EXPECT_TRUE(logged(c.line, LOG_ERR)) << c.line << "\n" << zt4test::logDump();
+    }
     json_decref(destination);
     json_decref(source);
 }
@@ -63,7 +69,19 @@ const LevelCase kLevels[] = {
      "[{\"Phase\":2,\"Enable\":1,\"CurrentTransformer\":[{\"Direction\":1,\"x\":0}],\"CurrentTransformerPrimary\":{\"Enable\":0}}]",
      0, "[{\"Enable\":1,\"CurrentTransformer\":[{\"Direction\":1}],\"CurrentTransformerPrimary\":{\"Enable\":0}}]"},
     {"ChannelWithoutPrimary", filterUserConfigConnectorChannelsSyntaxVersion1, true,
-     "[{\"Enable\":1,\"CurrentTransformer\":[]}]", -1, "[]"},
+     "[{\"Enable\":1,\"CurrentTransformer\":[]}]", -1, "[]",
+     "error.[filterUserConfigConnectorChannel3PSyntaxVersion1]: Failed to filter JSON Channel Common"},
+    {"MonophasePhaseLast", filterUserConfigConnectorChannel1PSyntaxVersion1, false,
+     "{\"Phase\":2,\"Enable\":1,\"CurrentTransformer\":[{\"Direction\":1}],\"CurrentTransformerPrimary\":{\"Enable\":0}}",
+     0, "{\"Enable\":1,\"CurrentTransformer\":[{\"Direction\":1}],\"CurrentTransformerPrimary\":{\"Enable\":0},\"Phase\":2}"},
+    {"SagWithoutPhases", filterUserConfigExpertSagSyntaxVersion1, false, "{\"RateLevel\":2,\"Enable\":1}", -1,
+     "{\"Enable\":1,\"RateLevel\":2}", "error.[filterUserConfigExpertSagSyntaxVersion1]: Failed to filter JSON Sag"},
+    {"SwellWithoutPhases", filterUserConfigExpertSwellSyntaxVersion1, false, "{\"Enable\":0}", -1, "{\"Enable\":0}",
+     "error.[filterUserConfigExpertSwellSyntaxVersion1]: Failed to filter JSON Swell"},
+    {"MonophaseMissing", filterUserConfigConnectorChannel1PSyntaxVersion1, false, nullptr, -1, "{}",
+     "error.[filterUserConfigConnectorChannel1PSyntaxVersion1]: Channel 1P NULL"},
+    {"SwellMissing", filterUserConfigExpertSwellSyntaxVersion1, false, nullptr, -1, "{}",
+     "error.[filterUserConfigExpertSagSwellSyntaxVersion1]: Sag Swell NULL"},
     {"ExpertPhasesAll", filterUserConfigExpertPhasesSyntaxVersion1, true,
      "[{\"Enable\":1,\"Level\":2},{\"Enable\":0},{},{\"Enable\":1}]", 0,
      "[{\"Enable\":1},{\"Enable\":0},{},{\"Enable\":1}]"},

@@ -59,9 +59,9 @@ TEST_P(LedAttribute, ReplacesOnlyItsAttribute) {
     EXPECT_EQ(readFile(led("status", c.untouched)).rfind("stale-", 0), 0u);
     EXPECT_TRUE(zt4test::capturedLog().empty()) << zt4test::logDump();
 
-    // The same operation on an LED the kernel does not have.
+    // The same operation on an LED the kernel does not have: the attribute writer reports it.
     EXPECT_EQ(c.operation("absent"), -1);
-    EXPECT_TRUE(logged(std::string("error.[") + c.name + "] Failed to open file '" +
+    EXPECT_TRUE(logged("error.[leds_file] Failed to open file '" +
                            path(led("absent", c.attribute)) + "'",
                        LOG_ERR))
         << zt4test::logDump();
@@ -112,7 +112,7 @@ TEST_F(Leds, WriteFailureIsReported) {
     ASSERT_EQ(mkdir(path("/sys/class/leds/full").c_str(), 0755), 0);
     ASSERT_EQ(symlink("/dev/full", path(led("full", "trigger")).c_str()), 0);
     EXPECT_EQ(leds_blink("full"), -1);
-    EXPECT_TRUE(logged("error.[leds_blink] Failed to write 'timer' in file '" +
+    EXPECT_TRUE(logged("error.[leds_file] Failed to write 'timer' in file '" +
                            path(led("full", "trigger")) + "'",
                        LOG_ERR))
         << zt4test::logDump();
@@ -126,7 +126,7 @@ TEST_F(Leds, NamesAreCheckedBeforeAnyPathIsBuilt) {
     EXPECT_EQ(leds_off(longest.c_str()), 0);
     EXPECT_EQ(readFile(led(longest, "brightness")), "0");
     EXPECT_EQ(leds_off((longest + "b").c_str()), -1);
-    EXPECT_TRUE(logged("error.[leds_off] LED name too long: '" + longest + "b'", LOG_ERR));
+    EXPECT_TRUE(logged("error.[leds_file] LED name too long: '" + longest + "b'", LOG_ERR));
     const std::string tooLongForMaximum(33, 'm');
     makeLed(tooLongForMaximum, "255\n");
     EXPECT_EQ(leds_on(tooLongForMaximum.c_str()), -1);
@@ -135,7 +135,7 @@ TEST_F(Leds, NamesAreCheckedBeforeAnyPathIsBuilt) {
     zt4test::clearLog();
     for (const char* bad : {"", ".", "..", "../../etc", "status/brightness"}) {
         EXPECT_EQ(leds_heartbeat(bad), -1) << bad;
-        EXPECT_TRUE(logged(std::string("error.[leds_heartbeat] Invalid LED name '") + bad + "'"));
+        EXPECT_TRUE(logged(std::string("error.[leds_file] Invalid LED name '") + bad + "'"));
     }
     for (int (*operation)(const char*) : {leds_on, leds_off, leds_blink, leds_heartbeat,
                                           CreateFile, DeleteFile}) {

@@ -222,19 +222,22 @@ TEST_F(RadioState, BuffersAndLinesAreCutNeverOverflowed) {
 // ---- daemon parameter files -----------------------------------------------------------------
 
 struct ParameterCase {
-    const char* function;
+    const char* label;
     Getter get;
     Setter set;
     const char* name;
     const char* value;  // written by `set` or, without a setter, into the file for `get`
     int result;
-    const char* stored;  // file content after `set`, value given by `get`
+    const char* stored;     // file content after `set`, value given by `get`
+    const char* refusedBy;  // the function that logs "value format is wrong", or null
 };
 
 class DaemonParameter : public zt4test::DeviceTest,
                         public ::testing::WithParamInterface<ParameterCase> {};
 
-// Setters write without a newline; getters check identifiers and drop their newline.
+// Setters write without a newline; getters check identifiers and drop their newline. The format
+// is checked, and a wrong one logged, by the checked forms (Key16: 8 groups, Key32: 16 groups)
+// that the named parameters go through.
 TEST_P(DaemonParameter, WritesReadsAndChecks) {
     const ParameterCase& c = GetParam();
     const std::string devicePath = std::string("/var/tmp/radio") + c.name;
@@ -249,41 +252,81 @@ TEST_P(DaemonParameter, WritesReadsAndChecks) {
             EXPECT_STREQ(buffer, c.stored);
         }
     }
-    if (c.result != 0 && c.value[0] != '\0') {
-        EXPECT_TRUE(logged(std::string("error.[") + c.function + "] value format is wrong"));
+    EXPECT_EQ(loggedCount("value format is wrong"), c.refusedBy ? 1 : 0) << zt4test::logDump();
+    if (c.refusedBy) {
+        EXPECT_TRUE(logged(std::string("error.[") + c.refusedBy + "] value format is wrong", LOG_ERR))
+            << zt4test::logDump();
     }
 }
 
 #define GET(f) #f, f, nullptr
 #define SET(f) #f, nullptr, f
+// The forms that take the parameter's name, on a parameter of the caller's choosing.
+int getAny(char* buffer, size_t size) { return getConfigRadio("custom", buffer, size); }
+int getAny16(char* buffer, size_t size) { return getConfigRadioKey16("custom", buffer, size); }
+int getAny32(char* buffer, size_t size) { return getConfigRadioKey32("custom", buffer, size); }
+int setAny(const char* value) { return setConfigRadio("custom", value); }
+int setAny16(const char* value) { return setConfigRadioKey16("custom", value); }
+int setAny32(const char* value) { return setConfigRadioKey32("custom", value); }
 
 INSTANTIATE_TEST_SUITE_P(Files, DaemonParameter, ::testing::Values(
-    ParameterCase{GET(getConfigRadioAppeui), "appeui", kEuiLine, 0, kEui},
-    ParameterCase{GET(getConfigRadioNetworkKey), "nwkkey", kKey, 0, kKey},
-    ParameterCase{GET(getConfigRadioNetworkKey), "nwkkey", kEui, -1, ""},
-    ParameterCase{GET(getConfigRadioNetworkSKey), "nwkskey", kKey, -1, ""},
-    ParameterCase{GET(getConfigRadioAppSKey), "appskey", kEui, 0, kEui},
-    ParameterCase{GET(getConfigRadioADR), "adr", "1\n", 0, "1\n"},
-    ParameterCase{GET(getConfigRadioDR), "dr", "", -1, ""},
-    ParameterCase{SET(setConfigRadioAppeui), "appeui", "70:B3", -1, ""},
-    ParameterCase{SET(setConfigRadioDeveui), "deveui", kEuiLine, 0, kEui},
-    ParameterCase{SET(setConfigRadioAppkey), "appkey", kEui, -1, ""},
-    ParameterCase{SET(setConfigRadioLocalTime), "localtime", "12:00:00\n", 0, "12:00:00\n"},
-    ParameterCase{SET(setConfigRadioEpochTime), "epochtime", "1795000000", 0, "1795000000"}));
+    ParameterCase{GET(getConfigRadioAppeui), "appeui", kEuiLine, 0, kEui, nullptr},
+    ParameterCase{GET(getConfigRadioNetworkKey), "nwkkey", kKey, 0, kKey, nullptr},
+    ParameterCase{GET(getConfigRadioNetworkKey), "nwkkey", kEui, -1, "", "getConfigRadioKey32"},
+    ParameterCase{GET(getConfigRadioNetworkSKey), "nwkskey", kKey, -1, "", "getConfigRadioKey16"},
+    ParameterCase{GET(getConfigRadioAppSKey), "appskey", kEui, 0, kEui, nullptr},
+    ParameterCase{GET(getConfigRadioADR), "adr", "1\n", 0, "1\n", nullptr},
+    ParameterCase{GET(getConfigRadioDR), "dr", "", -1, "", nullptr},
+    ParameterCase{GET(getConfigRadioVersion), "version", "2.1", 0, "2.1", nullptr},
+    ParameterCase{SET(setConfigRadioAppeui), "appeui", "70:B3", -1, "", "setConfigRadioKey16"},
+    ParameterCase{SET(setConfigRadioDeveui), "deveui", kEuiLine, 0, kEui, nullptr},
+    ParameterCase{SET(setConfigRadioAppkey), "appkey", kEui, -1, "", "setConfigRadioKey32"},
+    ParameterCase{SET(setConfigRadioLocalTime), "localtime", "12:00:00\n", 0, "12:00:00\n", nullptr},
+    ParameterCase{SET(setConfigRadioEpochTime), "epochtime", "1795000000", 0, "1795000000", nullptr},
+    ParameterCase{SET(setConfigRadioRegionBand), "regionband", "EU-868", 0, "EU-868", nullptr},
+    ParameterCase{GET(getAny), "custom", "any text\n", 0, "any text\n", nullptr},
+    ParameterCase{GET(getAny16), "custom", kKey, -1, "", "getConfigRadioKey16"},
+    ParameterCase{GET(getAny32), "custom", kKey, 0, kKey, nullptr},
+    ParameterCase{SET(setAny), "custom", "free text\n", 0, "free text\n", nullptr},
+    ParameterCase{SET(setAny16), "custom", kEuiLine, 0, kEui, nullptr},
+    ParameterCase{SET(setAny32), "custom", kEui, -1, "", "setConfigRadioKey32"}),
+    [](const ::testing::TestParamInfo<ParameterCase>& row) {
+        return std::string(row.param.label) + "_" + std::to_string(row.index);
+    });
 
+// Failures of the file itself are reported by the function that reads or writes it, whichever
+// named parameter asked.
 TEST_F(DaemonParameter, FailuresAreReported) {
     char buffer[32];
     EXPECT_EQ(getConfigRadioDR(buffer, sizeof buffer), -1);
-    EXPECT_TRUE(logged("error.[getConfigRadioDR] Failed to open file '" + path("/var/tmp/radiodr") + "'", LOG_ERR));
+    EXPECT_TRUE(logged("error.[getConfigRadio] Failed to open file '" + path("/var/tmp/radiodr") + "'", LOG_ERR));
     writeFile("/var/tmp/radiodr", "");
     debug_level = 2;
     EXPECT_EQ(getConfigRadioDR(buffer, sizeof buffer), -1);
-    EXPECT_TRUE(logged("error.[getConfigRadioDR] value dr is empty", LOG_ERR));
+    EXPECT_TRUE(logged("error.[getConfigRadio] value dr is empty", LOG_ERR));
     EXPECT_EQ(setConfigRadioDR(""), -1);
-    EXPECT_TRUE(logged("error.[setConfigRadioDR] value length is NULL", LOG_ERR));
+    EXPECT_TRUE(logged("error.[setConfigRadio] value length is NULL", LOG_ERR));
+    EXPECT_EQ(setConfigRadioKey32("appkey", nullptr), -1);
+    EXPECT_TRUE(logged("error.[setConfigRadioKey32] value is NULL", LOG_ERR));
+    EXPECT_EQ(getConfigRadioKey16(nullptr, buffer, sizeof buffer), -1);
+    EXPECT_TRUE(logged("error.[getConfigRadioKey16] name is NULL", LOG_ERR));
+    EXPECT_EQ(setConfigRadio(nullptr, "1"), -1);
+    EXPECT_TRUE(logged("error.[setConfigRadio] name is NULL", LOG_ERR));
+    EXPECT_EQ(getConfigRadioKey32("appkey", buffer, 0), -1);
+    EXPECT_TRUE(logged("error.[getConfigRadioKey32] value size is NULL", LOG_ERR));
+    EXPECT_EQ(getConfigRadio("dr", nullptr, sizeof buffer), -1);
+    EXPECT_TRUE(logged("error.[getConfigRadio] value is NULL", LOG_ERR));
+    // "/var/tmp/radio" and 49 characters fit the 64-byte device path with its terminator.
+    const std::string longName(50, 'n');
+    EXPECT_EQ(getConfigRadio(longName.c_str(), buffer, sizeof buffer), -1);
+    EXPECT_TRUE(logged("error.[getConfigRadio] name is too long '" + longName + "'", LOG_ERR));
+    EXPECT_EQ(setConfigRadio(longName.c_str(), "1"), -1);
+    EXPECT_TRUE(logged("error.[setConfigRadio] name is too long '" + longName + "'", LOG_ERR));
+    EXPECT_EQ(setConfigRadio(longName.substr(1).c_str(), "1"), 0);
+    EXPECT_EQ(readFile("/var/tmp/radio" + longName.substr(1)), "1");
     zt4test::removeTree(path("/var/tmp"));
     EXPECT_EQ(setConfigRadioDR("1"), -1);
-    EXPECT_TRUE(logged("error.[setConfigRadioDR] FAILED to open file '" + path("/var/tmp/radiodr") + "'", LOG_ERR));
+    EXPECT_TRUE(logged("error.[setConfigRadio] FAILED to open file '" + path("/var/tmp/radiodr") + "'", LOG_ERR));
 }
 
 }  // namespace

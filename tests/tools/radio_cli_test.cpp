@@ -42,7 +42,7 @@ INSTANTIATE_TEST_SUITE_P(Commands, RadioCli, ::testing::Values(
     CliCase{"getEui", "radio get deveui", 0, R"("deveui": "70:B3:D5:7E:D0:01:23:45")", nullptr,
             nullptr},
     CliCase{"getBadFormat", "radio get lorawan.nwkkey", 1,
-            "error.[getConfigRadioNetworkKey] value format is wrong", nullptr, nullptr},
+            "error.[getConfigRadioKey32] value format is wrong", nullptr, nullptr},
     CliCase{"getWriteOnly", "radio get lorawan.epochtime", 2, "cannot be read", nullptr, nullptr},
     CliCase{"setEui", "radio set deveui 70:B3:D5:7E:D0:01:23:46", 0, "",
             "/home/nvram/radiodeveui", "70:B3:D5:7E:D0:01:23:46\n"},

@@ -1,6 +1,7 @@
 // Descriptions of the electrical sections of the user configuration.
 #include "config/descriptions/user_descriptions.hpp"
 #include "config/v1/user_sections.hpp"
+#include "zt4config/json.h"
 
 namespace zt4::sections {
 namespace {
@@ -80,10 +81,14 @@ constexpr Field kChannel1PFields[] = {
 constexpr Field kPhaseFields[] = {booleanField("Enable", 1)};
 const Section kPhase = objectSection(nullptr, "phase", kPhaseFields);
 
+// The repair step names a missing phase in lower case; the check that follows reads each phase
+// by its number and names one it cannot read in capitals.
 constexpr ArrayShape kSagPhasesShape = {
-    3, {3, 0}, {&kPhase, nullptr}, WrongSize::FillMissing, nullptr, "Sag phase {value} NULL", "Phase"};
+    3, {3, 0}, {&kPhase, nullptr}, WrongSize::FillMissing, nullptr, "sag phase {value} NULL", "Phase",
+    false, "Sag phase {value} NULL", readJSONZT4PhaseById};
 constexpr ArrayShape kSwellPhasesShape = {
-    3, {3, 0}, {&kPhase, nullptr}, WrongSize::FillMissing, nullptr, "Swell phase {value} NULL", "Phase"};
+    3, {3, 0}, {&kPhase, nullptr}, WrongSize::FillMissing, nullptr, "swell phase {value} NULL", "Phase",
+    false, "Swell phase {value} NULL", readJSONZT4PhaseById};
 const Section kSagPhases = arraySection(nullptr, "sag phase", kSagPhasesShape);
 const Section kSwellPhases = arraySection(nullptr, "swell phase", kSwellPhasesShape);
 

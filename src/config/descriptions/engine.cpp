@@ -179,7 +179,17 @@ const Section* elementsFor(const ArrayShape& shape, std::size_t size) {
 
 int checkElement(const Section& element, const ArrayShape& shape, json_t* array, std::size_t index,
                  const char* function) {
-    json_t* value = json_array_get(array, index);
+    JsonRef read;
+    if (shape.elementReader != nullptr && index < 255) {
+        read.reset(shape.elementReader(array, static_cast<std::uint8_t>(index + 1)));
+    }
+    json_t* value = shape.elementReader != nullptr ? read.get() : json_array_get(array, index);
+    if (value == nullptr && shape.absentElementText != nullptr) {
+        char shown[24];
+        std::snprintf(shown, sizeof shown, "%zu", index + 1);
+        logTemplate(function, shape.absentElementText, "", shown);
+        return kInvalid;
+    }
     if (!json_is_object(value)) {
         logError(function, "%s%u IS NOT Object JSON", shape.elementLabel,
                  static_cast<unsigned>(index + 1));

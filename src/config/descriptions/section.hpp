@@ -131,11 +131,17 @@ struct ArrayShape {
     const Section* elements[2];
     WrongSize onWrongSize;
     const char* wrongSizeText;     // template, "{value}" the size (Rebuild, Refuse)
-    const char* missingText;       // template, "{value}" the element's number (FillMissing)
+    const char* missingText;       // template, "{value}" the element's number (FillMissing's repair)
     const char* elementLabel;      // "Connector": "Connector%u IS NOT Object JSON"
     // The filter keeps every entry, whatever the size (otherwise, with two accepted sizes, an
     // array of another size is filtered to an empty one).
     bool filterEveryEntry = false;
+    // The check's line for an element still missing after the repair (template, "{value}" the
+    // element's number); null: the element is reported as not an object.
+    const char* absentElementText = nullptr;
+    // Reads element n (from 1) of the array, logging under its own name why it cannot; null:
+    // elements are taken in place.
+    json_t* (*elementReader)(json_t* array, std::uint8_t number) = nullptr;
 };
 
 struct Section {

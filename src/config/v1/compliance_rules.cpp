@@ -22,7 +22,16 @@ struct SectionWording {
     const char* function;
     const char* nullLabel;   // "<nullLabel> NULL" for a missing section
     const char* failedLine;  // logged by the parent when this section fails, or null
+    // A rule shared with another section checks the first `sharedFields` fields (in compliance
+    // order) under its own name, before the section's rule checks the rest.
+    const char* sharedRule = nullptr;
+    std::uint8_t sharedFields = 0;
 };
+
+constexpr const char* kChannelCommonRule = "complianceJSONZT4UserConfigConnectorChannelCommonSyntaxVersion1";
+constexpr const char* kSagSwellRule = "complianceJSONZT4UserConfigExpertSagSwellSyntaxVersion1";
+// The keys of both channel kinds; a monophase channel adds "Phase".
+constexpr std::uint8_t kChannelCommonFields = 5;
 
 const SectionWording kSectionWordings[] = {
     {&kSyntaxSection, "complianceJSONZT4UserConfigSyntaxVersion1", "Syntax", nullptr},
@@ -42,15 +51,15 @@ const SectionWording kSectionWordings[] = {
     {&sections::kConnectorChannelCommon,
      "complianceJSONZT4UserConfigConnectorChannelCommonSyntaxVersion1", "Channel", nullptr},
     {&sections::kConnectorChannel3P, "complianceJSONZT4UserConfigConnectorChannel3PSyntaxVersion1",
-     "Channel", nullptr},
+     "Channel", nullptr, kChannelCommonRule, kChannelCommonFields},
     {&sections::kConnectorChannel1P, "complianceJSONZT4UserConfigConnectorChannel1PSyntaxVersion1",
-     "Channel", nullptr},
+     "Channel", nullptr, kChannelCommonRule, kChannelCommonFields},
     {&sections::kExpert, "complianceJSONZT4UserConfigExpertSyntaxVersion1", "Expert",
      "Failed to check compliance section Electrical Configuration Expert in syntax version 1"},
     {&sections::kExpertSag, "complianceJSONZT4UserConfigExpertSagSyntaxVersion1", "Expert Sag",
-     "Failed to check compliance section Expert Sag in syntax version 1"},
+     "Failed to check compliance section Expert Sag in syntax version 1", kSagSwellRule, 3},
     {&sections::kExpertSwell, "complianceJSONZT4UserConfigExpertSwellSyntaxVersion1", "Expert Swell",
-     "Failed to check compliance section Expert Swell in syntax version 1"},
+     "Failed to check compliance section Expert Swell in syntax version 1", kSagSwellRule, 3},
     {&sections::kExpertCurrentAverageMax,
      "complianceJSONZT4UserConfigExpertCurrentAverageMaxSyntaxVersion1", "CurrentAverageMax", nullptr},
     {&sections::kExpertOverCurrent, "complianceJSONZT4UserConfigExpertOverCurrentSyntaxVersion1",
@@ -109,6 +118,10 @@ const ArrayWording kArrayWordings[] = {
      {"Compliance of %d Expert Connector Channel", "Compliance of %d Expert Connector Channels"},
      nullptr, nullptr, nullptr, nullptr},
 };
+
+// A rule function whose key fails a typed check (boolean, at least, range, IPv4...) logs, after
+// the typed check's own line, the key's name and this text under its own name.
+constexpr const char* kTypedCheckFailed = "INVALID";
 
 const SectionWording* sectionWording(const Section* section) {
     for (const SectionWording& wording : kSectionWordings) {
@@ -211,11 +224,13 @@ int complyField(const Section& parent, const Field& field, json_t* object, const
     json_t* value = json_object_get(object, f.key);
     if (value == nullptr) return refuse(function, f.messageName(), "not defined");
     const int typed = sections::checkTypedRule(f, object);
-    if (typed != sections::kNotTyped) return typed;
+    if (typed == 0) return 0;
+    if (typed != sections::kNotTyped) return refuse(function, f.messageName(), kTypedCheckFailed);
     switch (f.rule) {
         case Rule::Ipv4OrEmpty:
             if (json_is_string(value) && json_string_value(value)[0] == '\0') return 0;
-            return json_check_ipv4(object, f.key);
+            if (json_check_ipv4(object, f.key) == 0) return 0;
+            return refuse(function, f.messageName(), kTypedCheckFailed);
         case Rule::IntegerOneOf: {
             if (!json_is_integer(value)) return refuse(function, f.messageName(), "NOT JSON_INTEGER");
             const json_int_t number = json_integer_value(value);
@@ -267,6 +282,27 @@ int complyEntries(const ArrayWording& wording, const Section& element, json_t* a
     return 0;
 }
 
+// The fields at compliance positions [begin, end) of `value`, logged under `function`: presence
+// first (a document missing two keys reports the first one only), then the rules, in order.
+int complyFields(const Section& section, json_t* value, std::size_t begin, std::size_t end,
+                 const char* function) {
+    for (std::size_t i = begin; i < end; ++i) {
+        const Field& f = viewOf(section.complianceField(i));
+        if (f.optional || json_object_get(value, f.key) != nullptr) continue;
+        if (section.complianceField(i).complianceAbsent != nullptr) {
+            logError(function, "%s", section.complianceField(i).complianceAbsent);
+            return -1;
+        }
+        return refuse(function, f.messageName(), "NULL");
+    }
+    for (std::size_t i = begin; i < end; ++i) {
+        const Field& f = section.complianceField(i);
+        if (viewOf(f).optional && json_object_get(value, f.key) == nullptr) continue;
+        if (complyField(section, f, value, function) != 0) return -1;
+    }
+    return 0;
+}
+
 }  // namespace
 
 int complyArray(const Section& parent, const char* key, json_t* array, const char* function) noexcept {
@@ -305,22 +341,12 @@ int comply(const Section& section, json_t* value, const char* function) noexcept
     if (function == nullptr) function = wording ? wording->function : "comply";
     if (value == nullptr) return refuse(function, label, "NULL");
     if (!json_is_object(value)) return refuse(function, label, "NOT JSON_OBJECT");
-    // Presence first: a document missing two keys reports the first one only.
-    for (std::size_t i = 0; i < section.fieldCount; ++i) {
-        const Field& f = viewOf(section.complianceField(i));
-        if (f.optional || json_object_get(value, f.key) != nullptr) continue;
-        if (section.complianceField(i).complianceAbsent != nullptr) {
-            logError(function, "%s", section.complianceField(i).complianceAbsent);
-            return -1;
-        }
-        return refuse(function, f.messageName(), "NULL");
+    std::size_t shared = 0;
+    if (wording != nullptr && wording->sharedRule != nullptr) {
+        shared = wording->sharedFields < section.fieldCount ? wording->sharedFields : section.fieldCount;
+        if (complyFields(section, value, 0, shared, wording->sharedRule) != 0) return -1;
     }
-    for (std::size_t i = 0; i < section.fieldCount; ++i) {
-        const Field& f = section.complianceField(i);
-        if (viewOf(f).optional && json_object_get(value, f.key) == nullptr) continue;
-        if (complyField(section, f, value, function) != 0) return -1;
-    }
-    return 0;
+    return complyFields(section, value, shared, section.fieldCount, function);
 }
 
 }  // namespace zt4::v1

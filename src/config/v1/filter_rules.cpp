@@ -18,8 +18,19 @@ using sections::Section;
 struct LevelWording {
     const Section* section;
     const char* function;
-    const char* label;
+    const char* label;  // null: the level leaves its source to the shared filter
+    // A filter shared with another level copies the first `sharedFields` fields under its own
+    // name and label; the level logs `sharedFailed` when it fails, then copies the rest.
+    const char* sharedFunction = nullptr;
+    const char* sharedLabel = nullptr;
+    std::uint8_t sharedFields = 0;
+    const char* sharedFailed = nullptr;
 };
+
+constexpr const char* kChannelCommon = "filterUserConfigConnectorChannelCommonSyntaxVersion1";
+constexpr const char* kSagSwell = "filterUserConfigExpertSagSwellSyntaxVersion1";
+// The keys of both channel kinds; a monophase channel adds "Phase" after them.
+constexpr std::uint8_t kChannelCommonFields = 5;
 
 const LevelWording kLevelWordings[] = {
     {&kSyntaxSection, "filterUserConfigSyntaxVersion1", "Syntax"},
@@ -34,14 +45,18 @@ const LevelWording kLevelWordings[] = {
     {&sections::kVoltageTransformer, "filterUserConfigVoltageTransformerSyntaxVersion1", "VoltageTransformer"},
     {&sections::kConnector, "filterUserConfigConnectorSyntaxVersion1", "Connector"},
     {&sections::kConnectorChannelCommon, "filterUserConfigConnectorChannelCommonSyntaxVersion1", "Channel Common"},
-    {&sections::kConnectorChannel3P, "filterUserConfigConnectorChannel3PSyntaxVersion1", "Channel 3P"},
-    {&sections::kConnectorChannel1P, "filterUserConfigConnectorChannel1PSyntaxVersion1", "Channel 1P"},
+    {&sections::kConnectorChannel3P, "filterUserConfigConnectorChannel3PSyntaxVersion1", "Channel 3P",
+     kChannelCommon, "Channel Common", kChannelCommonFields, "Failed to filter JSON Channel Common"},
+    {&sections::kConnectorChannel1P, "filterUserConfigConnectorChannel1PSyntaxVersion1", "Channel 1P",
+     kChannelCommon, "Channel Common", kChannelCommonFields, "Failed to filter JSON Channel Common"},
     {&sections::kCurrentTransformer, "filterUserConfigCurrentTransformerDirectionSyntaxVersion1", "CurrentTransformer"},
     {&sections::kCurrentTransformerPrimary, "filterUserConfigCurrentTransformerPrimarySyntaxVersion1",
      "CurrentTransformerPrimary"},
     {&sections::kExpert, "filterUserConfigExpertSyntaxVersion1", "Expert"},
-    {&sections::kExpertSag, "filterUserConfigExpertSagSyntaxVersion1", "Sag Swell"},
-    {&sections::kExpertSwell, "filterUserConfigExpertSwellSyntaxVersion1", "Sag Swell"},
+    {&sections::kExpertSag, "filterUserConfigExpertSagSyntaxVersion1", nullptr, kSagSwell, "Sag Swell", 3,
+     "Failed to filter JSON Sag"},
+    {&sections::kExpertSwell, "filterUserConfigExpertSwellSyntaxVersion1", nullptr, kSagSwell, "Sag Swell", 3,
+     "Failed to filter JSON Swell"},
     {&sections::kExpertCurrentAverageMax, "filterUserConfigExpertCurrentAverageMaxSyntaxVersion1",
      "CurrentAverageMax"},
     {&sections::kExpertOverCurrent, "filterUserConfigExpertOverCurrentSyntaxVersion1", "OverCurrent"},
@@ -166,11 +181,13 @@ int filterArray(const Section& parent, const char* key, json_t* source, json_t* 
     return 0;
 }
 
-int filterObject(const Section& section, json_t* source, json_t* destination,
-                 const char* function) noexcept {
-    const LevelWording* wording = levelWording(&section);
-    const char* label = wording ? wording->label : section.nullLabel;
-    if (function == nullptr) function = wording ? wording->function : "filterObject";
+namespace {
+
+// Copies the fields [begin, end) of `section`, logging under `function` with `label` for a missing
+// source or destination: plain keys first, those a complete document may leave out after the
+// others, then the nested objects and arrays.
+int filterFields(const Section& section, std::size_t begin, std::size_t end, json_t* source,
+                 json_t* destination, const char* function, const char* label) {
     if (source == nullptr) {
         logError(function, "%s NULL", label);
         return -1;
@@ -179,10 +196,9 @@ int filterObject(const Section& section, json_t* source, json_t* destination,
         logError(function, "%s Copy NULL", label);
         return -1;
     }
-    // Plain keys first, those a complete document may leave out after the others; setting a
-    // missing value fails quietly: filtering never adds a key.
+    // Setting a missing value fails quietly: filtering never adds a key.
     for (const bool optional : {false, true}) {
-        for (std::size_t i = 0; i < section.fieldCount; ++i) {
+        for (std::size_t i = begin; i < end; ++i) {
             const Field& f = section.fields[i];
             const bool fieldOptional = f.complianceView ? f.complianceView->optional : f.optional;
             json_t* value = json_object_get(source, f.key);
@@ -191,7 +207,7 @@ int filterObject(const Section& section, json_t* source, json_t* destination,
             }
         }
     }
-    for (std::size_t i = 0; i < section.fieldCount; ++i) {
+    for (std::size_t i = begin; i < end; ++i) {
         const Field& f = section.fields[i];
         if (f.rule != Rule::Nested) continue;
         json_t* value = json_object_get(source, f.key);
@@ -216,6 +232,46 @@ int filterObject(const Section& section, json_t* source, json_t* destination,
         }
     }
     return 0;
+}
+
+std::size_t sharedFieldCount(const Section& section, const LevelWording& wording) {
+    return wording.sharedFields < section.fieldCount ? wording.sharedFields : section.fieldCount;
+}
+
+}  // namespace
+
+int filterObject(const Section& section, json_t* source, json_t* destination,
+                 const char* function) noexcept {
+    const LevelWording* wording = levelWording(&section);
+    if (function == nullptr) function = wording ? wording->function : "filterObject";
+    if (wording == nullptr || wording->sharedFunction == nullptr) {
+        const char* label = wording ? wording->label : section.nullLabel;
+        return filterFields(section, 0, section.fieldCount, source, destination, function, label);
+    }
+    // A level with a label checks its source before the shared filter does.
+    if (wording->label != nullptr && filterFields(section, 0, 0, source, destination, function,
+                                                  wording->label) != 0) {
+        return -1;
+    }
+    const std::size_t shared = sharedFieldCount(section, *wording);
+    if (filterFields(section, 0, shared, source, destination, wording->sharedFunction,
+                     wording->sharedLabel) != 0) {
+        logError(function, "%s", wording->sharedFailed);
+        return -1;
+    }
+    if (shared == section.fieldCount) return 0;
+    return filterFields(section, shared, section.fieldCount, source, destination, function,
+                        wording->label ? wording->label : wording->sharedLabel);
+}
+
+int filterSharedPart(const Section& section, json_t* source, json_t* destination,
+                     const char* function) noexcept {
+    const LevelWording* wording = levelWording(&section);
+    if (wording == nullptr || wording->sharedFunction == nullptr) {
+        return filterObject(section, source, destination, function);
+    }
+    return filterFields(section, 0, sharedFieldCount(section, *wording), source, destination,
+                        function, wording->sharedLabel);
 }
 
 }  // namespace zt4::v1

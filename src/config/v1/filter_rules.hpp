@@ -14,6 +14,11 @@ namespace zt4::v1 {
 int filterObject(const sections::Section& section, json_t* source, json_t* destination,
                  const char* function) noexcept;
 
+// The part of `section` that a filter shared with another level copies (the keys common to both
+// channel kinds, those of "Sag" and "Swell"), logged under `function`: 0 or -1.
+int filterSharedPart(const sections::Section& section, json_t* source, json_t* destination,
+                     const char* function) noexcept;
+
 // Fills `destination` (an array the caller made) from the array member `key` of a `parent`
 // object, given as `source`: 0 or -1.
 int filterArray(const sections::Section& parent, const char* key, json_t* source,

@@ -71,7 +71,7 @@ int filterUserConfigExpertSyntaxVersion1(json_t* source, json_t* destination) no
 }
 
 int filterUserConfigExpertSagSwellSyntaxVersion1(json_t* source, json_t* destination) noexcept {
-    return zt4::v1::filterObject(zt4::sections::kExpertSwell, source, destination, __func__);
+    return zt4::v1::filterSharedPart(zt4::sections::kExpertSwell, source, destination, __func__);
 }
 
 int filterUserConfigExpertSagSyntaxVersion1(json_t* source, json_t* destination) noexcept {
