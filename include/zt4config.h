@@ -17,6 +17,7 @@
 #include "zt4config/user.h"
 #include "zt4config/system.h"
 #include "zt4config/compliance.h"
+#include "zt4config/export.h"
 #include "zt4config/device.h"
 #include "zt4config/radio.h"
 #include "zt4config/leds.h"
