@@ -105,13 +105,22 @@ void scanField(json_t* object, const zt4FlatField& field, const char* key, const
     }
 }
 
-json_t* readObject(const char* function, const char* name, const zt4FlatField* keyword, std::size_t size,
-                   const char* ssid) {
+json_t* readObject(const char* name, const zt4FlatField* keyword, std::size_t size) {
+    const char* function = "readZT4JSONUserConfigObject";
+    // The access point's name defaults to the device's own.
+    char ssid[256] = "";
+    const bool wifi = std::strcmp(name, "WiFi") == 0;
+    if (wifi && getConfigWiFiSSID(ssid, sizeof ssid) < 0) {
+        zt4::logError(function, "Failed to get SSID");
+        ssid[0] = '\0';
+    }
+    ssid[47] = '\0';
+
     JsonRef object(json_object());
     if (!object) return nullptr;
     for (std::size_t i = 0; i < size; ++i) {
         zt4FlatField field = keyword[i];
-        if (ssid != nullptr && std::strcmp(field.name, "SSID") == 0) {
+        if (wifi && std::strcmp(field.name, "SSID") == 0) {
             std::snprintf(field.defaultString, sizeof field.defaultString, "%s", ssid);
         }
         json_object_set_new(object.get(), field.name, fieldDefault(field));
@@ -137,19 +146,8 @@ json_t* readObject(const char* function, const char* name, const zt4FlatField* k
 
 json_t* readSection(const char* function, const char* section) noexcept {
     const zt4::flat::ReadBackTable* table = zt4::flat::readBackTable(section);
-    return zt4::guarded(function, static_cast<json_t*>(nullptr), [&]() -> json_t* {
-        if (std::strcmp(section, "WiFi") != 0) {
-            return readObject(function, table->section, table->fields, table->count, nullptr);
-        }
-        // The access point's name defaults to the device's own.
-        char ssid[256] = "";
-        if (getConfigWiFiSSID(ssid, sizeof ssid) < 0) {
-            zt4::logError(function, "Failed to get SSID");
-            ssid[0] = '\0';
-        }
-        ssid[47] = '\0';
-        return readObject(function, table->section, table->fields, table->count, ssid);
-    });
+    return zt4::guarded(function, static_cast<json_t*>(nullptr),
+                        [&] { return readObject(table->section, table->fields, table->count); });
 }
 
 // ---- Connectors --------------------------------------------------------------------------------
@@ -160,15 +158,16 @@ json_t* acceptedValue(const zt4::flat::ConnectorLine& form, const char* text) {
         case ZT4_FLAT_INTEGER: {
             unsigned int value = 0;
             if (std::sscanf(text, "%u", &value) != 1) return nullptr;
-            const bool valid = form.integerValid != nullptr ? form.integerValid(value) != 0
-                                                            : form.signedValid(static_cast<int>(value)) != 0;
+            // Validators give 0 for a valid value.
+            const bool valid = form.integerValid != nullptr ? form.integerValid(value) == 0
+                                                            : form.signedValid(static_cast<int>(value)) == 0;
             if (!valid) return nullptr;
             zt4::logLine(LOG_INFO, "%s=%d", form.name, static_cast<int>(value));
             return json_integer(static_cast<std::int32_t>(value));
         }
         case ZT4_FLAT_REAL: {
             float value = 0.0f;
-            if (std::sscanf(text, "%f", &value) != 1 || form.realValid(value) == 0) return nullptr;
+            if (std::sscanf(text, "%f", &value) != 1 || form.realValid(value) != 0) return nullptr;
             zt4::logLine(LOG_INFO, "%s=%f", form.name, static_cast<double>(value));
             return json_real(value);
         }
@@ -298,7 +297,7 @@ json_t* readZT4JSONUserConfigObject(const char* name, const zt4FlatField* keywor
         return nullptr;
     }
     return zt4::guarded(function, static_cast<json_t*>(nullptr),
-                        [&] { return readObject(function, name, keyword, size, nullptr); });
+                        [&] { return readObject(name, keyword, size); });
 }
 
 json_t* readZT4JSONUserConfigWebSyntaxVersion1(void) noexcept { return readSection(__func__, "Web"); }
