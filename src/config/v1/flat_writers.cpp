@@ -111,22 +111,27 @@ constexpr FamilyForm kFamilyForms[] = {
     {ConfigDocument::FactorySystem, "zt4systemfactory NULL", false},
 };
 
-int writeSection(const char* function, Family family, FILE* stream, const char* section) noexcept {
+bool streamAndSectionGiven(const char* function, FILE* stream, const char* section) {
     if (stream == nullptr) {
         zt4::logError(function, "stream NULL");
-        return -1;
+        return false;
     }
     if (section == nullptr) {
         zt4::logError(function, "section NULL");
-        return -1;
+        return false;
     }
+    return true;
+}
+
+// One section of `document` (borrowed; null when it could not be read).
+int writeLoadedSection(const char* function, Family family, FILE* stream, json_t* document,
+                       const char* section) noexcept {
     const FamilyForm& form = kFamilyForms[static_cast<int>(family)];
-    JsonRef document(zt4::readDocument(function, form.document));
-    if (!document) {
+    if (document == nullptr) {
         zt4::logError(function, "%s", form.unreadable);
         return -1;
     }
-    json_t* members = json_object_get(document.get(), section);
+    json_t* members = json_object_get(document, section);
     if (members == nullptr) {
         if (form.namesMissingSection) {
             zt4::logError(function, "json section %s NULL", section);
@@ -169,6 +174,12 @@ int writeSection(const char* function, Family family, FILE* stream, const char* 
     }
     std::fflush(stream);
     return result;
+}
+
+int writeSection(const char* function, Family family, FILE* stream, const char* section) noexcept {
+    if (!streamAndSectionGiven(function, stream, section)) return -1;
+    JsonRef document(zt4::readDocument(function, kFamilyForms[static_cast<int>(family)].document));
+    return writeLoadedSection(function, family, stream, document.get(), section);
 }
 
 // ---- Generic writer ----------------------------------------------------------------------------
@@ -253,6 +264,58 @@ int writeChannel(const char* function, FILE* stream, unsigned connectorId, unsig
     }
     return result;
 }
+
+// The system connectors of `electrical` (borrowed, may be null), each with its "Debug" value.
+int writeSystemConnectors(const char* function, FILE* stream, json_t* electrical) noexcept {
+    json_t* debug = json_object_get(electrical, "Debug");
+    json_t* connectors = json_object_get(electrical, "Connectors");
+    if (!json_is_array(connectors)) {
+        zt4::logError(function, "jsonConnectors NULL");
+        return -1;
+    }
+    const unsigned count = idCount(connectors);
+    if (count == 0) {
+        zt4::logError(function, "size System Connectors is ZERO");
+        return -1;
+    }
+    int result = 0;
+    for (unsigned id = 1; id <= count; ++id) {
+        JsonRef connector(elementById(function, readJSONZT4ConnectorById, connectors, id, "jsonConnector"));
+        if (!connector) {
+            result = -1;
+            continue;
+        }
+        if (debug != nullptr) json_object_set_new(connector.get(), "Debug", json_deep_copy(debug));
+        char section[kPrefixSize];
+        std::snprintf(section, sizeof section, "Connector_%u", id);
+        result |= setParameterSystemJSON(stream, section, connector.get());
+    }
+    std::fflush(stream);
+    return result;
+}
+
+// The sections of the whole file in the daemons' order (each service's user section followed by
+// its system section; the connectors come last), with the writer each line is logged under.
+struct WholeFileSection {
+    const char* writer;
+    Family family;
+    const char* section;
+};
+constexpr WholeFileSection kWholeFileSections[] = {
+    {"setParameterSystemDeviceSyntaxVersion1", Family::System, "Device"},
+    {"setParameterUserConfigWebSyntaxVersion1", Family::User, "Web"},
+    {"setParameterSystemWebSyntaxVersion1", Family::System, "Web"},
+    {"setParameterUserConfigRadioLoRaSyntaxVersion1", Family::User, "RadioLoRa"},
+    {"setParameterSystemRadioLoRaSyntaxVersion1", Family::System, "RadioLoRa"},
+    {"setParameterUserConfigWiFiSyntaxVersion1", Family::User, "WiFi"},
+    {"setParameterSystemWiFiSyntaxVersion1", Family::System, "WiFi"},
+    {"setParameterUserConfigEthernetSyntaxVersion1", Family::User, "Ethernet"},
+    {"setParameterSystemEthernetSyntaxVersion1", Family::System, "Ethernet"},
+    {"setParameterUserConfigModbusSyntaxVersion1", Family::User, "Modbus"},
+    {"setParameterSystemModbusSyntaxVersion1", Family::System, "Modbus"},
+    {"setParameterUserConfigBACnetSyntaxVersion1", Family::User, "BACnet"},
+    {"setParameterSystemBACnetSyntaxVersion1", Family::System, "BACnet"},
+};
 
 }  // namespace
 
@@ -369,38 +432,13 @@ int setParameterUserConfigConnectorsSyntaxVersion1(FILE* stream) noexcept {
 }
 
 int setParameterSystemConnectorsSyntaxVersion1(FILE* stream) noexcept {
-    const char* function = __func__;
     if (stream == nullptr) {
-        zt4::logError(function, "stream NULL");
+        zt4::logError(__func__, "stream NULL");
         return -1;
     }
     // The debug level and the connectors both sit in "ElectricalConfiguration": one read.
     JsonRef electrical(readJSONZT4SystemByKeyObject("ElectricalConfiguration"));
-    json_t* debug = json_object_get(electrical.get(), "Debug");
-    json_t* connectors = json_object_get(electrical.get(), "Connectors");
-    if (!json_is_array(connectors)) {
-        zt4::logError(function, "jsonConnectors NULL");
-        return -1;
-    }
-    const unsigned count = idCount(connectors);
-    if (count == 0) {
-        zt4::logError(function, "size System Connectors is ZERO");
-        return -1;
-    }
-    int result = 0;
-    for (unsigned id = 1; id <= count; ++id) {
-        JsonRef connector(elementById(function, readJSONZT4ConnectorById, connectors, id, "jsonConnector"));
-        if (!connector) {
-            result = -1;
-            continue;
-        }
-        if (debug != nullptr) json_object_set_new(connector.get(), "Debug", json_deep_copy(debug));
-        char section[kPrefixSize];
-        std::snprintf(section, sizeof section, "Connector_%u", id);
-        result |= setParameterSystemJSON(stream, section, connector.get());
-    }
-    std::fflush(stream);
-    return result;
+    return writeSystemConnectors(__func__, stream, electrical.get());
 }
 
 int setParameterSystemExpertSyntaxVersion1(FILE* stream) noexcept {
@@ -446,20 +484,17 @@ int printZT4UserConfigFileSyntaxVersion1(void) noexcept {
             close(descriptor);
             return -1;
         }
-        // The daemons' order: each service's user section followed by its system section.
-        using Writer = int (*)(FILE*);
-        static constexpr Writer kWriters[] = {
-            setParameterSystemDeviceSyntaxVersion1,
-            setParameterUserConfigWebSyntaxVersion1,       setParameterSystemWebSyntaxVersion1,
-            setParameterUserConfigRadioLoRaSyntaxVersion1, setParameterSystemRadioLoRaSyntaxVersion1,
-            setParameterUserConfigWiFiSyntaxVersion1,      setParameterSystemWiFiSyntaxVersion1,
-            setParameterUserConfigEthernetSyntaxVersion1,  setParameterSystemEthernetSyntaxVersion1,
-            setParameterUserConfigModbusSyntaxVersion1,    setParameterSystemModbusSyntaxVersion1,
-            setParameterUserConfigBACnetSyntaxVersion1,    setParameterSystemBACnetSyntaxVersion1,
-            setParameterUserConfigConnectorsSyntaxVersion1, setParameterSystemConnectorsSyntaxVersion1,
-        };
+        // Each document is read once for the whole file: one consistent state of each.
+        JsonRef user(zt4::readDocument(function, ConfigDocument::User));
+        JsonRef system(zt4::readDocument(function, ConfigDocument::System));
         int result = 0;
-        for (Writer writer : kWriters) result |= writer(stream);
+        for (const WholeFileSection& step : kWholeFileSections) {
+            json_t* document = step.family == Family::User ? user.get() : system.get();
+            result |= writeLoadedSection(step.writer, step.family, stream, document, step.section);
+        }
+        result |= setParameterUserConfigConnectorsSyntaxVersion1(stream);
+        result |= writeSystemConnectors("setParameterSystemConnectorsSyntaxVersion1", stream,
+                                        json_object_get(system.get(), "ElectricalConfiguration"));
         // Only a complete file is forced to storage.
         if (result == 0) {
             std::fflush(stream);
