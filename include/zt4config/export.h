@@ -23,6 +23,7 @@ typedef struct zt4FlatField {
     float defaultReal;
     char defaultString[48];
 } zt4FlatField;
+ZT4_STATIC_ASSERT(sizeof(zt4FlatField) == 92, "zt4FlatField: 32 + 1 (+3) + 4 + 4 + 48 bytes");
 
 #define ZT4_FLAT_INTEGER 0
 #define ZT4_FLAT_REAL 1

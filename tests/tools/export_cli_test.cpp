@@ -45,12 +45,6 @@ TEST_F(ExportCli, SectionsAndUsage) {
          "Factory_RadioLoRa_Enable=1\nFactory_RadioLoRa_Debug=2\nFactory_RadioLoRa_Baudrate=9600\n"
          "Factory_RadioLoRa_PayloadLength=50\nFactory_RadioLoRa_Daemon=\"radiod\"\n"
          "Factory_RadioLoRa_Script=\"/etc/scripts/radiod\"\n"},
-        {"export system Expert", 0,
-         "System_Expert_CircuitBreakerTrip_CurrentTransformerThreshold=2\nSystem_Expert_Sag_Enable=1\n"
-         "System_Expert_Sag_Cycle=1\nSystem_Expert_Swell_Enable=1\nSystem_Expert_OperatingTime_Enable=1\n"
-         "System_Expert_StartupCycle_Enable=1\nSystem_Expert_CurrentImbalance_Enable=1\n"
-         "System_Expert_PowerImbalance_Enable=1\nSystem_Expert_VoltageImbalance_Enable=1\n"
-         "System_Expert_CurrentAverageMax_Enable=1\nSystem_Expert_THD_Enable=1\nSystem_Expert_OverCurrent_Enable=1\n"},
         {"export system Connectors", 0,
          "System_Connector_1_Enable=1\nSystem_Connector_2_Enable=1\nSystem_Connector_3_Enable=1\n"
          "System_Connector_4_Enable=1\nSystem_Connector_5_Enable=1\nSystem_Connector_6_Enable=1\n"},

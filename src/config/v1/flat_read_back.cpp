@@ -53,6 +53,14 @@ bool considered(const char* line, const char* text) {
     return std::strstr(line, "//") == nullptr && std::strstr(line, text) != nullptr;
 }
 
+// A caller's field whose texts may fill their arrays: a copy whose texts end within them.
+zt4FlatField terminated(const zt4FlatField& given) {
+    zt4FlatField field = given;
+    field.name[sizeof field.name - 1] = '\0';
+    field.defaultString[sizeof field.defaultString - 1] = '\0';
+    return field;
+}
+
 json_t* fieldDefault(const zt4FlatField& field) {
     switch (field.type) {
         case ZT4_FLAT_INTEGER:
@@ -114,14 +122,13 @@ json_t* readObject(const char* name, const zt4FlatField* keyword, std::size_t si
         zt4::logError(function, "Failed to get SSID");
         ssid[0] = '\0';
     }
-    ssid[47] = '\0';
 
     JsonRef object(json_object());
     if (!object) return nullptr;
     for (std::size_t i = 0; i < size; ++i) {
-        zt4FlatField field = keyword[i];
+        zt4FlatField field = terminated(keyword[i]);
         if (wifi && std::strcmp(field.name, "SSID") == 0) {
-            std::snprintf(field.defaultString, sizeof field.defaultString, "%s", ssid);
+            std::snprintf(field.defaultString, sizeof field.defaultString, "%.47s", ssid);
         }
         json_object_set_new(object.get(), field.name, fieldDefault(field));
     }
@@ -134,10 +141,11 @@ json_t* readObject(const char* name, const zt4FlatField* keyword, std::size_t si
     while (matches != size && std::fgets(line, sizeof line, stream) != nullptr) {
         if (!considered(line, name)) continue;
         for (std::size_t i = 0; i < size; ++i) {
-            std::snprintf(key, sizeof key, "%s_%s", name, keyword[i].name);
+            const zt4FlatField field = terminated(keyword[i]);
+            std::snprintf(key, sizeof key, "%s_%s", name, field.name);
             if (std::strstr(line, key) == nullptr) continue;
             ++matches;
-            scanField(object.get(), keyword[i], key, line);
+            scanField(object.get(), field, key, line);
         }
     }
     std::fclose(stream);
