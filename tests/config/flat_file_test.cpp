@@ -274,6 +274,40 @@ TEST_F(FlatFile, FaultyMemberLeavesTheOtherLines) {
     EXPECT_EQ(readFile("/home/nvram/zt4.cfg"), expected);
 }
 
+// Each section's fault is reported under its own writer's name, in the file's order.
+TEST_F(FlatFile, FaultsNamedAfterTheirWriters) {
+    for (json_t* (*read)(void) : {readJSONZT4ConfigFile, readJSONZT4SystemFile}) {
+        json_t* document = read();
+        for (const char* section : {"Device", "Web", "RadioLoRa", "WiFi", "Ethernet", "Modbus", "BACnet"}) {
+            json_object_set_new(json_object_get(document, section), "Bad", json_null());
+        }
+        ASSERT_EQ(read == readJSONZT4ConfigFile ? writeJSONZT4ConfigFile(document) : writeJSONZT4SystemFile(document), 0);
+        json_decref(document);
+    }
+    zt4test::clearLog();
+    EXPECT_EQ(printZT4ConfigFile(), -1);
+    std::vector<std::string> undefined;
+    for (const zt4test::LogEntry& entry : zt4test::capturedLog()) {
+        if (entry.text.find("value undefined") != std::string::npos) undefined.push_back(entry.text);
+    }
+    const std::vector<std::string> expected = {
+        "[setParameterSystemDeviceSyntaxVersion1]: value undefined",
+        "[setParameterUserConfigWebSyntaxVersion1]: value undefined",
+        "[setParameterSystemWebSyntaxVersion1]: value undefined",
+        "[setParameterUserConfigRadioLoRaSyntaxVersion1]: value undefined",
+        "[setParameterSystemRadioLoRaSyntaxVersion1]: value undefined",
+        "[setParameterUserConfigWiFiSyntaxVersion1]: value undefined",
+        "[setParameterSystemWiFiSyntaxVersion1]: value undefined",
+        "[setParameterUserConfigEthernetSyntaxVersion1]: value undefined",
+        "[setParameterSystemEthernetSyntaxVersion1]: value undefined",
+        "[setParameterUserConfigModbusSyntaxVersion1]: value undefined",
+        "[setParameterSystemModbusSyntaxVersion1]: value undefined",
+        "[setParameterUserConfigBACnetSyntaxVersion1]: value undefined",
+        "[setParameterSystemBACnetSyntaxVersion1]: value undefined",
+    };
+    EXPECT_EQ(undefined, expected);
+}
+
 // The facade follows the user file's version; version 0 is not exported.
 TEST_F(FlatFile, VersionZeroUserFileIsRefused) {
     writeFile("/home/nvram/zt4config.json", R"({"Web": {"Language": "fr"}})");

@@ -299,6 +299,12 @@ TEST_F(RoundTrip, ImportMergesIntoTheUserDocument) {
     json_t* document = readJSONZT4ConfigFile();
     EXPECT_EQ(zt4test::compact(json_object_get(document, "Web")), R"({"Language":"\"en\""})");
     EXPECT_EQ(zt4test::compact(json_object_get(json_object_get(document, "Modbus"), "SlaveID")), "9");
+    // Every section read back replaces the stored one, defaults included.
+    EXPECT_EQ(zt4test::compact(json_object_get(json_object_get(document, "RadioLoRa"), "APPEUI")),
+              R"("00:11:22:33:44:55:66:77")");
+    EXPECT_EQ(zt4test::compact(json_object_get(json_object_get(document, "WiFi"), "DHCPRangeEndIP")), R"("10.42.0.120")");
+    EXPECT_EQ(zt4test::compact(json_object_get(json_object_get(document, "Ethernet"), "AddressIP")), R"("192.168.1.66")");
+    EXPECT_EQ(zt4test::compact(json_object_get(json_object_get(document, "BACnet"), "DeviceName")), R"("Kelvane")");
     EXPECT_EQ(zt4test::compact(json_object_get(json_object_get(document, "ElectricalConfiguration"), "LineFrequency")),
               "0.0");
     json_decref(document);
