@@ -187,7 +187,7 @@ TEST_F(ConnectorReadBack, ElectricalConfigurationWithoutFrequencyOrVoltage) {
 
 TEST_F(ConnectorReadBack, WithoutFileNoConnectors) {
     EXPECT_EQ(readZT4JSONUserConfigConnectorsSyntaxVersion1(), nullptr);
-    EXPECT_EQ(zt4test::loggedCount("error.[readZT4JSONUserConfigConnectorsSyntaxVersion1]: FAILED open file '"), 1);
+    EXPECT_EQ(zt4test::loggedCount("error.[readZT4JSONUserConfigConnectorsSyntaxVersion1]: FAILED open file /"), 1);
 }
 
 // ---- Round trip ----------------------------------------------------------------------------------

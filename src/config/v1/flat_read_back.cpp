@@ -268,7 +268,7 @@ void readConnectorLine(const char* function, json_t* connectors, const char* lin
 }
 
 json_t* readConnectors(const char* function) {
-    FILE* stream = openFlatFile(function, true);
+    FILE* stream = openFlatFile(function, false);
     if (stream == nullptr) return nullptr;
     JsonRef connectors(json_array());
     for (int i = 0; connectors && i < 6; ++i) {
