@@ -217,8 +217,13 @@ int writeObjectBehind(const char* function, const char* family, FILE* stream, co
         zt4::logError(function, "section NULL");
         return -1;
     }
+    // "<family>_<section>", cut to the buffer.
     char prefix[kPrefixSize];
-    std::snprintf(prefix, sizeof prefix, "%s_%s", family, section);
+    std::size_t used = 0;
+    for (const char* part : {family, "_", section}) {
+        for (; *part != '\0' && used + 1 < sizeof prefix; ++part) prefix[used++] = *part;
+    }
+    prefix[used] = '\0';
     return writeObject(stream, prefix, json);
 }
 
