@@ -65,10 +65,10 @@ const cli::Registration exportCommand({"export",
                                        "export system SECTION      the lines of a system section (Device ...\n"
                                        "                           BACnet, Connectors, Expert)\n"
                                        "export factory SECTION     the lines of a factory system section",
-                                       450, runExport});
+                                       460, runExport});
 const cli::Registration importCommand({"import",
                                        "import                     merge the sections read back from\n"
                                        "                           /home/nvram/zt4.cfg into the user document",
-                                       451, runImport});
+                                       461, runImport});
 
 }  // namespace
