@@ -20,6 +20,7 @@
 #include "zt4config/upgrade.h"
 #include "zt4config/record_readers.h"
 #include "zt4config/calibration.h"
+#include "zt4config/export.h"
 #include "zt4config/device.h"
 #include "zt4config/radio.h"
 #include "zt4config/leds.h"
