@@ -138,12 +138,19 @@ TEST_F(FramVersion, ReLayoutSplitsTheConnectorTotalByMode) {
     memory.replace(72, 72, bytesOfValues(oldEnergies()));
     writeFram(memory);
     const Floats relaid[] = {{0, 10, 2, 3}, {0, 10, 2, 3}, {10, 5, 2, 3}, {0, 10, 2, 3}, {10, 5, 2, 3}, {0, 10, 2, 3}, {10, 5, 2, 3}};
+    debug_level = 4;
     for (gMode = 0; gMode <= 6; ++gMode) {
         ASSERT_EQ(zt4::fram::upgradeEnergyBlock(0, 1, 5, modesFromTest), 0) << zt4test::logDump();
         EXPECT_EQ(fram().substr(288, 16), bytesOfValues(relaid[gMode])) << "mode " << unsigned{gMode};
         EXPECT_EQ(fram().substr(384), memory.substr(384));
     }
-    EXPECT_TRUE(logged("[upgrade_register_energy]: Write 96 bytes @288 (120) in FRAM memory", LOG_INFO));
+    for (const char* line : {"@addr [0][0].Mode 4", "@addr [0][0] -> @addr [0][0] | size 4 bytes", "-> @addr [0][1] | size 4 bytes",
+                             "@addr [3][0].Mode 1", "@addr [3][0] -> @addr [3][1] | size 4 bytes",
+                             "@addr [3][1] -> @addr [3][2] | size 4 bytes", "@addr [5][2] -> @addr [5][3] | size 4 bytes",
+                             "Write 96 bytes @288 (120) in FRAM memory"}) {
+        EXPECT_TRUE(logged(std::string("[upgrade_register_energy]: ") + line, LOG_INFO)) << line;
+    }
+    debug_level = 0;
     // Refused arguments and a missing configuration write nothing.
     writeFram(memory);
     const std::tuple<unsigned, unsigned, unsigned, bool, int> refusals[] = {  // from, to, block, configured, result
@@ -154,22 +161,6 @@ TEST_F(FramVersion, ReLayoutSplitsTheConnectorTotalByMode) {
         EXPECT_EQ(fram(), memory);
     }
     EXPECT_TRUE(logged("[upgrade_register_energy]: FAILED to read configuration from zt4config.json", LOG_INFO));
-}
-
-TEST_F(FramVersion, ExampleDeviceReLaysEveryConnectorByItsMode) {
-    copyExampleDevice();
-    std::string memory = patterned();
-    memory.replace(0, 72, bytesOfValues(oldEnergies()));
-    writeFram(memory);
-    debug_level = 4;
-    ASSERT_EQ(upgrade_register_energy(0, 2, 4), 0) << zt4test::logDump();
-    EXPECT_EQ(fram(), memory.replace(192, 96, bytesOfValues(kExampleRelaid)));
-    for (const char* line : {"@addr [0][0].Mode 4", "@addr [0][0] -> @addr [0][0] | size 4 bytes", "-> @addr [0][1] | size 4 bytes",
-                             "@addr [3][0].Mode 1", "@addr [3][0] -> @addr [3][1] | size 4 bytes",
-                             "@addr [3][1] -> @addr [3][2] | size 4 bytes", "@addr [5][2] -> @addr [5][3] | size 4 bytes",
-                             "Write 96 bytes @192 (c0) in FRAM memory"}) {
-        EXPECT_TRUE(logged(std::string("[upgrade_register_energy]: ") + line, LOG_INFO)) << line;
-    }
 }
 
 struct UpgradeCase {
