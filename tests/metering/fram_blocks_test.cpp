@@ -2,6 +2,10 @@
 // its block's bytes between its FRAM area and its place in the image, and a failure leaves the
 // caller's memory and the FRAM as they were.
 #include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
 #include <syslog.h>
 #include <unistd.h>
 
@@ -206,5 +210,57 @@ TEST_F(FramEnergies, BadArgumentsAndUnwritableMemoryAreRefused) {
     EXPECT_TRUE(logged("error.[SetZT4AllEnergyIndex]: FAILED to fopen '" + framPath() + "'. Is a directory"));
     EXPECT_TRUE(logged("error.[SetZT4FRAMSag]: FAILED to fopen '" + framPath() + "'. Is a directory"));
 }
+
+}  // namespace
+
+namespace {
+
+// Writes that stop short: a file-size limit in a copy of this process (the bare clone system call,
+// as in the power-cut test) cuts every write at `limit` bytes; nothing at or past it changes.
+struct ShortWriteCase {
+    const char* label;
+    int (*write)();
+    long limit;
+    int result;
+    const char* message;  // "PATH" stands for the memory's path
+};
+
+const uint16_t kZeroImage[zt4test::kImageWords] = {};
+
+class FramShortWrite : public zt4test::FramTest, public ::testing::WithParamInterface<ShortWriteCase> {};
+
+TEST_P(FramShortWrite, IsReportedAndStopsAtTheLimit) {
+    const ShortWriteCase& c = GetParam();
+    copyExampleDevice();
+    const std::string memory = patterned();
+    writeFram(memory);
+    std::string message = c.message;
+    if (message.find("PATH") != std::string::npos) message.replace(message.find("PATH"), 4, framPath());
+    const pid_t child = static_cast<pid_t>(syscall(SYS_clone, SIGCHLD, 0, 0, 0, 0));
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        signal(SIGXFSZ, SIG_IGN);
+        const struct rlimit limit = {static_cast<rlim_t>(c.limit), static_cast<rlim_t>(c.limit)};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        zt4test::clearLog();
+        const int result = c.write();
+        _exit(result == c.result && logged(message, LOG_ERR) ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "result or message differs: " << message;
+    EXPECT_EQ(fram().substr(static_cast<std::size_t>(c.limit)), memory.substr(static_cast<std::size_t>(c.limit)));
+}
+
+INSTANTIATE_TEST_SUITE_P(Writers, FramShortWrite, ::testing::Values(
+    ShortWriteCase{"Counter", [] { return SetZT4FRAMSag(kZeroImage); }, 1157, -1,
+                   "error.[SetZT4FRAMSag]: FAILED to write 3 registers (12 bytes) @ offset 1152 in 'PATH' SAG"},
+    ShortWriteCase{"Energies", [] { return SetZT4AllEnergyIndex(kZeroImage); }, 300, 1,
+                   "error.[SetZT4EnergyIndex]: FAILED to write 24 registers (96 bytes) @ offset 288 in \"PATH\" ENERGY IMPORT REACTIVE +"},
+    ShortWriteCase{"Version", [] { return fram_write_version(2); }, 4096, -1,
+                   "error.[fram_write_version]: FAILED to write FRAM version 2 @ offset 4096 in 'PATH'"},
+    ShortWriteCase{"ReLayout", [] { return upgrade_register_energy(0, 1, 4); }, 232, -1,
+                   "error.[upgrade_register_energy]: FAILED to write 96 bytes @192 (c0) in FRAM memory"}),
+    [](const auto& row) { return std::string(row.param.label); });
 
 }  // namespace
