@@ -41,6 +41,8 @@ TEST_F(FramVersion, ByteReadsAsASignedByteAndIsWrittenAlone) {
     EXPECT_EQ(fram(), patterned(4096) + "\x02");
     removeFile(zt4test::kFramNode);
     EXPECT_EQ(fram_read_version(), -1);
+    uint16_t buffer[36] = {};
+    EXPECT_EQ(fram_get_register(buffer, sizeof buffer, 4, 0), -1);
     EXPECT_TRUE(logged("error.[fram_read_version]: FAILED to fopen '" + framPath() + "'. No such file or directory"));
 }
 
