@@ -24,5 +24,7 @@
 #include "zt4config/device.h"
 #include "zt4config/radio.h"
 #include "zt4config/leds.h"
+#include "zt4config/modbus.h"
+#include "zt4config/fram.h"
 
 #endif /* ZT4CONFIG_H */
