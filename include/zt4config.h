@@ -20,5 +20,6 @@
 #include "zt4config/device.h"
 #include "zt4config/radio.h"
 #include "zt4config/leds.h"
+#include "zt4config/webapi.h"
 
 #endif /* ZT4CONFIG_H */
