@@ -88,8 +88,9 @@ json_t* ethernetV0() noexcept {
     zt4::JsonRef ethernet(readJSONZT4UserConfigEthernetSyntaxVersion0());
     if (!ethernet) return nullptr;
     char addressing[8] = {};
-    const bool known = readUserConfigEthernetIPv4Addressing(addressing, sizeof addressing) == 0 &&
-                       isKnownAddressing(addressing);
+    const bool read = readUserConfigEthernetIPv4Addressing(addressing, sizeof addressing) == 0;
+    addressing[std::strcspn(addressing, "\r\n")] = '\0';  // the setting's line end is no part of it
+    const bool known = read && isKnownAddressing(addressing);
     json_object_set_new(ethernet.get(), "IPv4Addressing", json_string(known ? addressing : "Static"));
     return ethernet.release();
 }
