@@ -17,9 +17,14 @@
 #include "zt4config/user.h"
 #include "zt4config/system.h"
 #include "zt4config/compliance.h"
+#include "zt4config/upgrade.h"
+#include "zt4config/record_readers.h"
+#include "zt4config/calibration.h"
 #include "zt4config/device.h"
 #include "zt4config/radio.h"
 #include "zt4config/leds.h"
+#include "zt4config/modbus.h"
+#include "zt4config/fram.h"
 #include "zt4config/webapi.h"
 
 #endif /* ZT4CONFIG_H */

@@ -12,6 +12,7 @@
 #define ZT4CONFIG_WEBAPI_H
 
 #include "zt4config/common.h"
+#include "zt4config/record.h"
 
 ZT4_BEGIN_DECLS
 
@@ -21,6 +22,8 @@ ZT4_API json_t* readJSONZT4WebAPIConfigFile(void) ZT4_NOEXCEPT;
 ZT4_API json_t* readJSONZT4WebAPISystemFile(void) ZT4_NOEXCEPT;
 /* readJSONZT4DeviceInfo on the borrowed `object`: 0 or -1. */
 ZT4_API int readJSONZT4WebAPIDeviceInfo(json_t* object) ZT4_NOEXCEPT;
+/* readJSONZT4DataConnector on the borrowed register image and record: new reference, or NULL. */
+ZT4_API json_t* readJSONZT4WebAPIDataConnectors(const uint16_t* zt4Rg, const zt4Data* data) ZT4_NOEXCEPT;
 /* The "Web" section: new reference, or NULL. */
 ZT4_API json_t* readJSONZT4WebAPIConfigWeb(void) ZT4_NOEXCEPT;
 /* "RadioLoRa" with "DEVEUI", "Protocol" "LoRa", "ADBitRate" 1 and "TransmitMode": new reference, or NULL. */

@@ -10,6 +10,7 @@
 #include "config/v1/user_sections.hpp"
 #include "zt4config/config.h"
 #include "zt4config/device.h"
+#include "zt4config/modbus.h"
 #include "zt4config/radio.h"
 #include "zt4config/webapi.h"
 
@@ -138,6 +139,11 @@ json_t* readJSONZT4WebAPISystemFile(void) noexcept {
 int readJSONZT4WebAPIDeviceInfo(json_t* object) noexcept {
     zt4::logInfo(__func__, "Read Device information via Web API");
     return eitherVersion<readJSONZT4DeviceInfo>(__func__, object);
+}
+
+json_t* readJSONZT4WebAPIDataConnectors(const uint16_t* zt4Rg, const zt4Data* data) noexcept {
+    zt4::logInfo(__func__, "Read Data connectors via Web API");
+    return eitherVersion<readJSONZT4DataConnector>(__func__, zt4Rg, data);
 }
 
 json_t* readJSONZT4WebAPIConfigWeb(void) noexcept {

@@ -38,6 +38,13 @@ int readingConnector(json_t*) {
     json_decref(result);
     return result != nullptr ? 0 : -1;
 }
+int readingDataConnectors(json_t*) {
+    static uint16_t image[ZT4_MODBUS_IMAGE_WORDS];
+    zt4Data data{};
+    json_t* result = readJSONZT4WebAPIDataConnectors(image, &data);
+    json_decref(result);
+    return result != nullptr ? 0 : -1;
+}
 template <int (*Write)(json_t*, uint8_t)>
 int writingConnector(json_t* argument) { return Write(argument, 3); }
 
@@ -45,6 +52,7 @@ const Operation kOperations[] = {
     {"readJSONZT4WebAPIConfigFile", reading<readJSONZT4WebAPIConfigFile>, "Read User configuration file via Web API"},
     {"readJSONZT4WebAPISystemFile", reading<readJSONZT4WebAPISystemFile>, "Read System configuration file via Web API"},
     {"readJSONZT4WebAPIDeviceInfo", readJSONZT4WebAPIDeviceInfo, "Read Device information via Web API"},
+    {"readJSONZT4WebAPIDataConnectors", readingDataConnectors, "Read Data connectors via Web API"},
     {"readJSONZT4WebAPIConfigWeb", reading<readJSONZT4WebAPIConfigWeb>, "Read User configuration web via Web API"},
     {"readJSONZT4WebAPIConfigRadio", reading<readJSONZT4WebAPIConfigRadio>, "Read User configuration RadioLoRa via Web API"},
     {"readJSONZT4WebAPIConfigRadioWithDevEUI", reading<readJSONZT4WebAPIConfigRadioWithDevEUI>,
@@ -88,6 +96,23 @@ TEST_P(EveryOperation, SaysWhatTheWebInterfaceDoesAtLevel6) {
 }
 
 INSTANTIATE_TEST_SUITE_P(WebAPI, EveryOperation, ::testing::ValuesIn(kOperations), RowName());
+
+using WebExample = zt4test::WebDevice;
+
+// The measurements document is the connector data document of the same image and record.
+TEST_F(WebExample, DataConnectorsAreTheConnectorDataDocument) {
+    static uint16_t image[ZT4_MODBUS_IMAGE_WORDS];
+    for (uint16_t& word : image) word = 0x4120;  // measurements other than zero
+    zt4Data data{};
+    ASSERT_EQ(readZT4AllConfig(&data), 0);
+    json_t* document = readJSONZT4WebAPIDataConnectors(image, &data);
+    json_t* expected = readJSONZT4DataConnector(image, &data);
+    ASSERT_NE(document, nullptr) << zt4test::logDump();
+    EXPECT_EQ(json_array_size(document), 6u);
+    EXPECT_EQ(zt4test::compact(document), zt4test::compact(expected));
+    json_decref(document);
+    json_decref(expected);
+}
 
 // ---- Syntax version 0 --------------------------------------------------------------------------
 

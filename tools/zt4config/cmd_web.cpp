@@ -16,6 +16,15 @@ json_t* readDeviceInfo(void) {
     return document;
 }
 
+// The tool holds no register image: the measurements come from an image of zeros, the
+// configuration from the record that the stored documents fill.
+json_t* readDataConnectors(void) {
+    static uint16_t image[ZT4_MODBUS_IMAGE_WORDS];
+    zt4Data data;
+    if (readZT4AllConfig(&data) != 0) return nullptr;
+    return readJSONZT4WebAPIDataConnectors(image, &data);
+}
+
 struct WebDocument {
     const char* word;
     json_t* (*read)(void);    // null: cannot be read
@@ -26,6 +35,7 @@ const WebDocument kDocuments[] = {
     {"file", readJSONZT4WebAPIConfigFile, writeJSONZT4WebAPIConfigFile},
     {"system", readJSONZT4WebAPISystemFile, writeJSONZT4WebAPISystemFile},
     {"device-info", readDeviceInfo, nullptr},
+    {"data-connectors", readDataConnectors, nullptr},
     {"web", readJSONZT4WebAPIConfigWeb, writeJSONZT4WebAPIConfigWeb},
     {"radio", readJSONZT4WebAPIConfigRadio, writeJSONZT4WebAPIConfigRadio},
     {"wifi", readJSONZT4WebAPIConfigWiFi, writeJSONZT4WebAPIConfigWiFi},
@@ -39,7 +49,7 @@ const WebDocument kDocuments[] = {
 };
 
 const char* const kWords =
-    "file system device-info web radio wifi wifi-ssid ethernet modbus bacnet setup-connectors "
+    "file system device-info data-connectors web radio wifi wifi-ssid ethernet modbus bacnet setup-connectors "
     "connectors expert, or connector N";
 
 const WebDocument* find(const std::string& word) {
@@ -79,7 +89,7 @@ int runSet(const cli::Args& args) {
         document = find(args[1]);
         if (document == nullptr || document->write == nullptr) {
             return cli::usageError(std::string("web set DOCUMENT JSON|-: one of ") + kWords +
-                                   " (device-info is read only)");
+                                   " (device-info and data-connectors are read only)");
         }
     } else {
         return cli::usageError("web set DOCUMENT JSON|- (JSON from the argument, or stdin with -)");
@@ -102,7 +112,8 @@ const cli::Registration registration({"web",
                                       "web get DOCUMENT          print a document as the web interface reads it\n"
                                       "web set DOCUMENT JSON|-   store a web-shaped document (JSON from the\n"
                                       "                          argument, or stdin with -); DOCUMENT: file\n"
-                                      "                          system device-info web radio wifi wifi-ssid\n"
+                                      "                          system device-info data-connectors web radio\n"
+                                      "                          wifi wifi-ssid\n"
                                       "                          ethernet modbus bacnet setup-connectors\n"
                                       "                          connectors expert, or connector N",
                                       620, runWeb});
