@@ -12,11 +12,6 @@ namespace {
 using zt4test::compactOwned;
 using zt4test::kUserFile;
 
-struct RowName {
-    template <class Row>
-    std::string operator()(const ::testing::TestParamInfo<Row>& row) const { return row.param.name; }
-};
-
 // ---- Stored -> web -> stored and web -> stored -> web over a table of variations --------------
 
 struct Variation {
@@ -24,6 +19,7 @@ struct Variation {
     int channels;        // 1 or 3
     int primaryEnable;   // the current transformers' primary, on or off
     int voltageEnable;   // the voltage transformer, on or off
+    bool example = false;  // the example device as it is
 };
 
 // A stored connector of the variation, written out in the stored shape.
@@ -50,6 +46,7 @@ std::string storedConnector(const Variation& v, int number) {
 class RoundTrip : public zt4test::WebDevice, public ::testing::WithParamInterface<Variation> {
 protected:
     void storeVariation(const Variation& v) {
+        if (v.example) return;
         json_t* electrical = storedSection("ElectricalConfiguration");
         std::string connectors = "[";
         for (int number = 1; number <= 6; ++number) {
@@ -99,7 +96,7 @@ TEST_P(RoundTrip, OneConnectorComesBackAsItWas) {
 }
 
 std::vector<Variation> variations() {
-    std::vector<Variation> rows;
+    std::vector<Variation> rows{{0, 0, 0, 0, true}};
     for (int mode = 0; mode <= 6; ++mode) {
         for (int channels : {1, 3}) {
             for (int enable : {0, 1}) rows.push_back({mode, channels, enable, 1 - enable});
@@ -111,6 +108,7 @@ std::vector<Variation> variations() {
 INSTANTIATE_TEST_SUITE_P(WebAPI, RoundTrip, ::testing::ValuesIn(variations()),
                          [](const ::testing::TestParamInfo<Variation>& row) {
                              const Variation& v = row.param;
+                             if (v.example) return std::string("ExampleDevice");
                              return "Mode" + std::to_string(v.mode) + "Channels" + std::to_string(v.channels) +
                                     (v.primaryEnable ? "PrimaryOn" : "PrimaryOff");
                          });
@@ -151,7 +149,7 @@ struct UnmappableCase {
     const char* document;  // "connectors", "connector" (number 2) or "expert"
     const char* pointer;   // where the change goes in the document the reader gave
     const char* value;     // the JSON text set there
-    const char* reason;    // the logged line
+    const char* reason;    // the logged line, after "error.[<writer>SyntaxVersion1]: "
 };
 
 class Unmappable : public zt4test::WebDevice, public ::testing::WithParamInterface<UnmappableCase> {};
@@ -164,11 +162,8 @@ void setAt(json_t* document, const std::string& pointer, json_t* value) {
         const std::string step = rest.substr(0, slash);
         parent = json_is_array(parent) ? json_array_get(parent, std::stoul(step)) : json_object_get(parent, step.c_str());
     }
-    if (json_is_array(parent)) {
-        json_array_set_new(parent, std::stoul(rest), value);
-    } else {
-        json_object_set_new(parent, rest.c_str(), value);
-    }
+    json_is_array(parent) ? json_array_set_new(parent, std::stoul(rest), value)
+                          : json_object_set_new(parent, rest.c_str(), value);
 }
 
 TEST_P(Unmappable, RefusesTheWholeDocumentAndWritesNothing) {
@@ -178,9 +173,7 @@ TEST_P(Unmappable, RefusesTheWholeDocumentAndWritesNothing) {
                        : kind == "connectors" ? readJSONZT4WebAPIConfigConnectors()
                                               : readJSONZT4WebAPIConfigConnectorById(2);
     ASSERT_NE(document, nullptr);
-    json_t* holder = zt4test::parse(("[" + std::string(c.value) + "]").c_str());
-    setAt(document, c.pointer, json_incref(json_array_get(holder, 0)));
-    json_decref(holder);
+    setAt(document, c.pointer, zt4test::parseValue(c.value));
     const std::string before = readFile(kUserFile);
     zt4test::clearLog();
     const int result = kind == "expert"       ? writeJSONZT4WebAPIConfigExpert(document)
@@ -189,60 +182,33 @@ TEST_P(Unmappable, RefusesTheWholeDocumentAndWritesNothing) {
     EXPECT_EQ(result, -1);
     json_decref(document);
     EXPECT_EQ(readFile(kUserFile), before);
-    EXPECT_TRUE(zt4test::logged(c.reason, LOG_ERR)) << zt4test::logDump();
+    const std::string writer = kind == "expert"       ? "writeJSONZT4WebAPIConfigExpert"
+                               : kind == "connectors" ? "writeJSONZT4WebAPIConfigConnectors"
+                                                      : "writeJSONZT4WebAPIConfigConnectorById";
+    EXPECT_TRUE(zt4test::logged("error.[" + writer + "SyntaxVersion1]: " + c.reason, LOG_ERR)) << zt4test::logDump();
 }
 
-constexpr const char* kConnectorsRefusal =
-    "error.[writeJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: Failed to prepare Connectors JSON response to Syntax Version 1";
-
 INSTANTIATE_TEST_SUITE_P(WebAPI, Unmappable, ::testing::Values(
-    UnmappableCase{"UnknownChannelMember", "connectors", "1/Cnl/0/Colour", R"("red")",
-                   "error.[writeJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: member [1].Cnl[0].Colour cannot be mapped: "
-                   "it does not survive the way back"},
+    UnmappableCase{"UnknownMember", "connectors", "1/Cnl/0/Colour", R"("red")",
+                   "member [1].Cnl[0].Colour cannot be mapped: it does not survive the way back"},
     UnmappableCase{"ModeOnChannel2", "connectors", "3/Cnl/1/Mode", "1",
-                   "error.[writeJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: member [3].Cnl[1].Mode cannot be mapped: "
-                   "it does not survive the way back"},
-    UnmappableCase{"UnknownConnectorMember", "connectors", "0/Enable", "1",
-                   "error.[writeJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: member [0].Enable cannot be mapped: "
-                   "it does not survive the way back"},
+                   "member [3].Cnl[1].Mode cannot be mapped: it does not survive the way back"},
     UnmappableCase{"TransformersDisagree", "connectors", "4/Cnl/0/VTSecondary", "110.0",
-                   "error.[writeJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: member [4].Cnl[0].VTSecondary cannot be "
-                   "mapped: it does not survive the way back"},
-    UnmappableCase{"NameNotText", "connectors", "0/Cnl/0/Name", "5",
-                   "error.[writeJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: member [0].Cnl[0].Name cannot be mapped: "
-                   "it has the wrong type"},
-    UnmappableCase{"ModeNotInteger", "connectors", "0/Cnl/0/Mode", "4.0",
-                   "error.[writeJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: member [0].Cnl[0].Mode cannot be mapped: "
-                   "it has the wrong type"},
-    UnmappableCase{"DirectionsNotArray", "connectors", "1/Cnl/0/Dir", "0",
-                   "error.[writeJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: member [1].Cnl[0].Dir cannot be mapped: "
-                   "it has the wrong type"},
+                   "member [4].Cnl[0].VTSecondary cannot be mapped: it does not survive the way back"},
+    UnmappableCase{"NameNotText", "connectors", "0/Cnl/0/Name", "5", "member [0].Cnl[0].Name cannot be mapped: it has the wrong type"},
+    UnmappableCase{"ModeNotInteger", "connectors", "0/Cnl/0/Mode", "4.0", "member [0].Cnl[0].Mode cannot be mapped: it has the wrong type"},
     UnmappableCase{"DirectionNotInteger", "connectors", "1/Cnl/0/Dir/2", R"("in")",
-                   "error.[writeJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: member [1].Cnl[0].Dir[2] cannot be mapped: "
-                   "it has the wrong type"},
-    UnmappableCase{"ChannelNotObject", "connectors", "3/Cnl/2", "7",
-                   "error.[writeJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: member [3].Cnl[2] cannot be mapped: "
-                   "it is not an object"},
-    UnmappableCase{"ConnectorsNotArray", "connectors", "2", "[]",
-                   "error.[writeJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: member [2] cannot be mapped: "
-                   "it is not an object"},
-    UnmappableCase{"RefusalLine", "connectors", "0/Cnl/0/Colour", "1", kConnectorsRefusal},
-    UnmappableCase{"OneConnector", "connector", "Cnl/0/Plier", R"("CT-100")",
-                   "error.[writeJSONZT4WebAPIConfigConnectorByIdSyntaxVersion1]: member Cnl[0].Plier cannot be mapped: "
-                   "it has the wrong type"},
-    UnmappableCase{"ExpertUnknown", "expert", "Colour", "1",
-                   "error.[writeJSONZT4WebAPIConfigExpertSyntaxVersion1]: member Colour cannot be mapped: "
-                   "it does not survive the way back"},
+                   "member [1].Cnl[0].Dir[2] cannot be mapped: it has the wrong type"},
+    UnmappableCase{"ChannelNotObject", "connectors", "3/Cnl/2", "7", "member [3].Cnl[2] cannot be mapped: it is not an object"},
+    UnmappableCase{"ConnectorsRefusal", "connectors", "0/Cnl/0/Colour", "1",
+                   "Failed to prepare Connectors JSON response to Syntax Version 1"},
+    UnmappableCase{"OneConnector", "connector", "Cnl/0/Plier", R"("CT-100")", "member Cnl[0].Plier cannot be mapped: it has the wrong type"},
     UnmappableCase{"ExpertStoredName", "expert", "Connect/0/THDEnable", "1",
-                   "error.[writeJSONZT4WebAPIConfigExpertSyntaxVersion1]: member Connect[0].THDEnable cannot be mapped: "
-                   "it does not survive the way back"},
-    UnmappableCase{"ExpertPhaseObject", "expert", "Sag/Phase/1", R"({"Enable": 1})",
-                   "error.[writeJSONZT4WebAPIConfigExpertSyntaxVersion1]: member Sag.Phase[1] cannot be mapped: "
-                   "it has the wrong type"},
-    UnmappableCase{"ExpertRefusalLine", "expert", "Connect/5/Cnl/0/OverCurrent", "0.5",
-                   "error.[writeJSONZT4WebAPIConfigExpertSyntaxVersion1]: Failed to prepare Expert JSON response to "
-                   "Syntax Version 1"}),
-    RowName());
+                   "member Connect[0].THDEnable cannot be mapped: it does not survive the way back"},
+    UnmappableCase{"ExpertPhaseObject", "expert", "Sag/Phase/1", R"({"Enable": 1})", "member Sag.Phase[1] cannot be mapped: it has the wrong type"},
+    UnmappableCase{"ExpertRefusal", "expert", "Connect/5/Cnl/0/OverCurrent", "0.5",
+                   "Failed to prepare Expert JSON response to Syntax Version 1"}),
+    zt4test::RowName());
 
 // A stored member that the table does not know makes the reader refuse too.
 TEST_F(RoundTrip, StoredMemberWithoutPlaceIsRefusedOnRead) {

@@ -49,4 +49,17 @@ inline std::string compactOwned(json_t* value) {
     return text;
 }
 
+// Names parameterised cases by their rows' `name`.
+struct RowName {
+    template <class Row>
+    std::string operator()(const ::testing::TestParamInfo<Row>& row) const { return row.param.name; }
+};
+
+// A JSON value of any kind from its text (the caller owns it).
+inline json_t* parseValue(const char* text) {
+    json_t* value = json_loads(text, JSON_DECODE_ANY, nullptr);
+    EXPECT_NE(value, nullptr) << text;
+    return value;
+}
+
 }  // namespace zt4test
