@@ -41,6 +41,7 @@ json_t* valueAt(json_t* root, const Path& where) {
 // way; an array element on the way must already exist. False when the place cannot be made.
 bool place(json_t* root, const Path& where, json_t* value) {
     JsonRef owned(value);
+    if (where.count == 0) return false;
     json_t* parent = root;
     for (std::uint8_t i = 0; i + 1 < where.count; ++i) {
         json_t* next = childAt(parent, where.steps[i]);
