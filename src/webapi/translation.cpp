@@ -96,16 +96,16 @@ public:
             const Member& entry = level.members[i % level.count];
             if (reachesIntoElement(to(entry)) != (i >= level.count)) continue;
             const bool wide = entry.sectionWide;
-            json_t* from = (wide && direction_ == Direction::ToWeb) ? section : source;
-            json_t* into = (wide && direction_ == Direction::ToStored) ? section : result.get();
-            if (from == nullptr || into == nullptr) continue;
-            json_t* found = valueAt(from, this->from(entry));
+            json_t* origin = (wide && direction_ == Direction::ToWeb) ? section : source;
+            json_t* target = (wide && direction_ == Direction::ToStored) ? section : result.get();
+            if (origin == nullptr || target == nullptr) continue;
+            json_t* found = valueAt(origin, from(entry));
             if (found == nullptr) continue;  // absent on one side, absent on the other
             Trail inner = trail;
-            inner.enter(this->from(entry));
+            inner.enter(from(entry));
             JsonRef translated(member(entry, found, inner));
             if (!translated) return nullptr;
-            if (!place(into, to(entry), translated.release())) return fail(inner, "has no place");
+            if (!place(target, to(entry), translated.release())) return fail(inner, "has no place");
         }
         return result.release();
     }
@@ -233,16 +233,6 @@ json_t* exactly(const char* function, const Level& level, Direction direction, j
 }
 
 }  // namespace
-
-json_t* translate(const char* function, const Level& level, Direction direction, json_t* source,
-                  json_t* section) noexcept {
-    try {
-        return Walk(function, direction).value(level, source, section, Trail());
-    } catch (...) {
-        logError(function, "out of memory");
-        return nullptr;
-    }
-}
 
 json_t* translateExactly(const char* function, const Level& level, Direction direction,
                          json_t* source, json_t* section) noexcept {

@@ -66,15 +66,11 @@ extern const Level kExpertLevel;     // the "Expert" section
 
 enum class Direction : std::uint8_t { ToWeb, ToStored };
 
-// Translates `source` (one value of `level`) in `direction`. `section` is the stored section that
-// section-wide members read (ToWeb) or fill (ToStored); it may be null when the level has none.
-// New reference, or null after "error.[function]: member <path> cannot be mapped".
-json_t* translate(const char* function, const Level& level, Direction direction, json_t* source,
-                  json_t* section) noexcept;
-
-// translate() followed by the proof that the way back gives `source` again: new reference, or null
-// after naming the first member that does not survive the way back. For ToWeb, `section` holds
-// the section-wide members of the source; for ToStored it receives them.
+// Translates `source` (one value of `level`) in `direction`, then proves that the way back gives
+// `source` again: new reference, or null after "error.[function]: member <path> cannot be mapped:
+// ..." naming the first member that has no place or does not survive the way back. For ToWeb,
+// `section` is the stored section that section-wide members are read from (may be null when the
+// level has none); for ToStored it receives them.
 json_t* translateExactly(const char* function, const Level& level, Direction direction,
                          json_t* source, json_t* section) noexcept;
 

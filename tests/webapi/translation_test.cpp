@@ -210,21 +210,33 @@ INSTANTIATE_TEST_SUITE_P(WebAPI, Unmappable, ::testing::Values(
                    "Failed to prepare Expert JSON response to Syntax Version 1"}),
     zt4test::RowName());
 
-// A stored member that the table does not know makes the reader refuse too.
-TEST_F(RoundTrip, StoredMemberWithoutPlaceIsRefusedOnRead) {
-    storeVariation({4, 1, 0, 0});
+// A stored member without a place makes the reader refuse too.
+struct StoredFaultCase {
+    const char* name;
+    const char* pointer;  // in the stored "ElectricalConfiguration"
+    const char* value;
+    const char* reason;   // after "error.[readJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: "
+};
+
+class StoredFault : public zt4test::WebDevice, public ::testing::WithParamInterface<StoredFaultCase> {};
+
+TEST_P(StoredFault, RefusesTheRead) {
     json_t* electrical = storedSection("ElectricalConfiguration");
-    json_t* channel = json_array_get(json_object_get(json_array_get(json_object_get(electrical, "Connectors"), 2), "Channel"), 0);
-    json_object_set_new(channel, "Colour", json_string("red"));
+    setAt(electrical, GetParam().pointer, zt4test::parseValue(GetParam().value));
     storeSection("ElectricalConfiguration", zt4test::compact(electrical).c_str());
     json_decref(electrical);
     zt4test::clearLog();
     EXPECT_EQ(readJSONZT4WebAPIConfigConnectors(), nullptr);
-    EXPECT_TRUE(zt4test::logged("error.[readJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: member [2].Channel[0].Colour "
-                                "cannot be mapped: it does not survive the way back", LOG_ERR))
-        << zt4test::logDump();
-    EXPECT_TRUE(zt4test::logged("error.[readJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: Failed to prepare Connectors "
-                                "JSON response from Syntax Version 1", LOG_ERR));
+    const std::string function = "error.[readJSONZT4WebAPIConfigConnectorsSyntaxVersion1]: ";
+    EXPECT_TRUE(zt4test::logged(function + GetParam().reason, LOG_ERR)) << zt4test::logDump();
+    EXPECT_TRUE(zt4test::logged(function + "Failed to prepare Connectors JSON response from Syntax Version 1", LOG_ERR));
 }
+
+INSTANTIATE_TEST_SUITE_P(WebAPI, StoredFault, ::testing::Values(
+    StoredFaultCase{"UnknownMember", "Connectors/2/Channel/0/Colour", R"("red")",
+                    "member [2].Channel[0].Colour cannot be mapped: it does not survive the way back"},
+    StoredFaultCase{"TransformerWithoutDirection", "Connectors/0/Channel/0/CurrentTransformer/1", "{}",
+                    "member [0].Channel[0].CurrentTransformer[1] cannot be mapped: it lacks its value"}),
+    zt4test::RowName());
 
 }  // namespace

@@ -31,6 +31,7 @@ INSTANTIATE_TEST_SUITE_P(WebAPI, WebCli, ::testing::Values(
     CliCase{"GetConnector", "web get connector 3", 0, "\"Name\": \"Elevators\""},
     CliCase{"SetConnector", "web set connector 6 '{\"Cnl\": [{\"Mode\": 3}]}'", 0, "Write User configuration Connector 6 via Web API"},
     CliCase{"SetRefused", "web set modbus '{\"ID\": 0}'", 1, "INVALID Configuration Modbus"},
+    CliCase{"SetNotArray", "web set connectors '{}'", 1, "member (document) cannot be mapped: it is not an array"},
     CliCase{"SetUnmappable", "web set expert '{\"Colour\": 1}'", 1, "member Colour cannot be mapped"},
     CliCase{"ConnectorOutOfRange", "web get connector 7", 2, "N must be 1 to 6"},
     CliCase{"WriteOnlyDocument", "web get wifi-ssid", 2, "wifi-ssid is written only"},
