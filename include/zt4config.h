@@ -26,5 +26,6 @@
 #include "zt4config/leds.h"
 #include "zt4config/modbus.h"
 #include "zt4config/fram.h"
+#include "zt4config/webapi.h"
 
 #endif /* ZT4CONFIG_H */

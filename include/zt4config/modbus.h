@@ -113,6 +113,26 @@ ZT4_API void DisplayZT4Data(const uint16_t* zt4Rg, uint8_t index) ZT4_NOEXCEPT;
  * print only their name. */
 ZT4_API void DisplayZT4Data64(const uint16_t* zt4Rg64, uint8_t index) ZT4_NOEXCEPT;
 
+/* The connector data document: an array of 6 connector objects with their channels' and
+ * phases' measurements read from the image and their configuration from `data` (both borrowed).
+ * New reference; NULL on failure. A value that JSON cannot carry (NaN, infinity) is null. */
+ZT4_API json_t* readJSONZT4DataConnector(const uint16_t* zt4Rg, const zt4Data* data) ZT4_NOEXCEPT;
+/* Counter presets of connector `connectorId` (1 to 6) from `json` (borrowed), a connector object
+ * whose "Channel" (or, for sags and swells, "Phase") elements carry the member: every value is
+ * checked before any is stored in the image; negative values are skipped. 0, or -1. */
+/* "OperatingTime" hours into blocks 16, 26 (seconds) and 27 (nanoseconds). */
+ZT4_API int writeZT4OperatingTimeById(uint16_t* zt4Rg, json_t* json,
+                                      unsigned int connectorId) ZT4_NOEXCEPT;
+/* "Startup" into block 17. */
+ZT4_API int writeZT4StartupById(uint16_t* zt4Rg, json_t* json, unsigned int connectorId) ZT4_NOEXCEPT;
+/* "Sag" of each phase into block 18. */
+ZT4_API int writeZT4SagById(uint16_t* zt4Rg, json_t* json, unsigned int connectorId) ZT4_NOEXCEPT;
+/* "Swell" of each phase into block 19. */
+ZT4_API int writeZT4SwellById(uint16_t* zt4Rg, json_t* json, unsigned int connectorId) ZT4_NOEXCEPT;
+/* "OverCurrent" into block 22. */
+ZT4_API int writeZT4OverCurrentById(uint16_t* zt4Rg, json_t* json,
+                                    unsigned int connectorId) ZT4_NOEXCEPT;
+
 ZT4_END_DECLS
 
 #endif /* ZT4CONFIG_MODBUS_H */
