@@ -39,11 +39,11 @@ constexpr Layout kLayouts[] = {
 constexpr uint8_t kUpgradedEnergies[] = {5, 4};
 
 constexpr Counter kCounters[] = {
-    {"OperatingTime", 16, 8, false},
-    {"Startup", 17, 9, true},
-    {"Sag", 18, 10, true},
-    {"Swell", 19, 11, true},
-    {"OverCurrent", 22, 12, true},
+    {"OperatingTime", 16, 8, false, GetZT4FRAMOperatingTime, SetZT4FRAMOperatingTime},
+    {"Startup", 17, 9, true, GetZT4FRAMStartup, SetZT4FRAMStartup},
+    {"Sag", 18, 10, true, GetZT4FRAMSag, SetZT4FRAMSag},
+    {"Swell", 19, 11, true, GetZT4FRAMSwell, SetZT4FRAMSwell},
+    {"OverCurrent", 22, 12, true, GetZT4FRAMOverCurrent, SetZT4FRAMOverCurrent},
 };
 
 }  // namespace
@@ -67,6 +67,13 @@ const FRAMRegisterBlock* rowOf(const Layout& layout, uint8_t block) {
 Rows<uint8_t> upgradedEnergies() { return {kUpgradedEnergies, sizeof kUpgradedEnergies}; }
 
 Rows<Counter> counters() { return {kCounters, sizeof kCounters / sizeof kCounters[0]}; }
+
+const Counter& counterOf(uint8_t block) {
+    for (const Counter& counter : kCounters) {
+        if (counter.block == block) return counter;
+    }
+    return kCounters[0];
+}
 
 const Counter* counterNamed(const char* name) {
     for (const Counter& counter : kCounters) {

@@ -54,8 +54,12 @@ struct Counter {
     uint8_t block;
     uint8_t row;
     bool encodedByLayout;
+    int (*readToImage)(uint16_t* image);
+    int (*write)(const uint16_t* image);
 };
 Rows<Counter> counters();
 const Counter* counterNamed(const char* name);
+// The counter kept for register block `block` (16, 17, 18, 19 or 22).
+const Counter& counterOf(uint8_t block);
 
 }  // namespace zt4::fram
