@@ -255,6 +255,34 @@ INSTANTIATE_TEST_SUITE_P(Refusals, Presets, ::testing::Values(
                "error.[writeZT4SagById]: FAILED to read Phase1 Sag"}),
     presetName);
 
+using PresetStore = zt4test::DeviceTest;
+
+// A preset reaches the persistent counters: the block's row of the FRAM holds the new values.
+TEST_F(PresetStore, CountersReachTheirFramRow) {
+    const char* const node = "/sys/bus/i2c/devices/0-0050/eeprom";
+    std::vector<uint16_t> image(3318, 0);
+    image[11] = 1;  // connector 2, channel 1 Monophase
+    json_t* sags = zt4test::parse(R"({"Phase": [{"Sag": 1}, {"Sag": 2}, {"Sag": 70000}]})");
+    json_t* hours = zt4test::parse(
+        R"({"Channel": [{"OperatingTime": 1.5}, {"OperatingTime": 0}, {"OperatingTime": 0}]})");
+    ASSERT_EQ(writeZT4SagById(image.data(), sags, 1), 0) << zt4test::logDump();
+    ASSERT_EQ(writeZT4OperatingTimeById(image.data(), hours, 2), 0) << zt4test::logDump();
+    const std::string fram = readFile(node);
+    ASSERT_GE(fram.size(), 1164u);
+    // Sag row at byte 1152, 12 bytes.
+    EXPECT_EQ(fram.substr(1152, 12), std::string("\x01\0\0\0\x02\0\0\0\x70\x11\x01\0", 12));
+    // Operating time row at byte 960: connector 2 slot 1 is register 5, bytes 20 to 23.
+    EXPECT_EQ(fram.substr(980, 4), std::string("\0\0\xc0\x3f", 4));
+    json_decref(sags);
+    json_decref(hours);
+
+    // Without a FRAM to write, the preset fails.
+    zt4test::removeTree(path("/sys/bus/i2c/devices/0-0050"));
+    json_t* startups = zt4test::parse(R"({"Channel": [{"Startup": 1}, {"Startup": 2}, {"Startup": 3}]})");
+    EXPECT_EQ(writeZT4StartupById(image.data(), startups, 1), -1);
+    json_decref(startups);
+}
+
 TEST(PresetArguments, NullImage) {
     zt4test::clearLog();
     json_t* document = zt4test::parse(R"({"Phase": [{"Sag": 1}, {"Sag": 1}, {"Sag": 1}]})");
