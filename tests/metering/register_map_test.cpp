@@ -52,6 +52,46 @@ TEST(RegisterMap, RowsAndLookups) {
     }
 }
 
+// Every block's name and unit, as Modbus clients and the dumps show them.
+const char* const kNamesAndUnits[ZT4_MODBUS_BLOCK_COUNT][2] = {
+    {"SOFTWARE VERSION", ""}, {"MODBUS VERSION", ""}, {"ADDRESS MAC", ""}, {"MODE", ""},
+    {"INDEX ACTIVE IMPORT", "kWh"}, {"INDEX REACTIVE IMPORT", "kVArh"},
+    {"INDEX ACTIVE EXPORT", "KWh"}, {"INDEX REACTIVE IMPORT NEGATIVE", "kVArh"},
+    {"POWER ACTIVE", "W"}, {"POWER REACTIVE", "VAr"}, {"POWER FACTOR", ""}, {"RMS CURRENT", "A"},
+    {"RMS CURRENT AVERAGE", "A"}, {"RMS VOLTAGE", "V"}, {"RMS VOLTAGE AVERAGE", "V"},
+    {"FREQUENCY LINE", "Hz"}, {"OPERATING TIME", "Hours"}, {"START UP", ""}, {"SAG ZT4", ""},
+    {"SWELL ZT4", ""}, {"SAG", ""}, {"SWELL", ""}, {"OVER CURRENT", ""}, {"TRIP", ""},
+    {"THD", "%"}, {"TRIP STATUS", ""}, {"OPERATING TIME SEC", "Secondes"},
+    {"OPERATING TIME NANO", "NanoSecondes"}, {"THD AVERAGE", "%"}, {"THD AVERAGE SAMPLE", ""},
+    {"DELTA ENERGIE APPARENT", "kVAh"}, {"DELTA ENERGIE ACTIVE", "kWh"},
+    {"DELTA ENERGIE ACTIVE FUND", "kWh"}, {"DELTA ENERGIE REACTIVE +", "kVArh"},
+    {"DELTA ENERGIE REACTIVE -", "kVArh"}, {"DELTA ENERGIE REACTIVE FUND", "kVArh"},
+    {"RMS NEUTRAL CURRENT", "A"}, {"NOMINAL VOLTAGE", "V"}, {"SAG CIRCUIT", ""},
+    {"SWELL CIRCUIT", ""}, {"CURRENT IMBALANCE", ""}, {"CURRENT NB SAMPLE", ""},
+    {"POWER IMBALANCE", ""}, {"POWER NB SAMPLE", ""}, {"POWER IMBALANCE FACTOR INSTANT", "%"},
+    {"VOLTAGE IMBALANCE", ""}, {"VOLTAGE NB SAMPLE", ""}, {"VOLTAGE IMBALANCE FACTOR INSTANT", "%"},
+    {"IMAX AV", "A"}, {"ANGLE VOLTAGE", "\xc2\xb0"}, {"ANGLE CURRENT", "\xc2\xb0"},
+    {"ANGLE VOLTAGE CURRENT", "\xc2\xb0"}, {"INDEX ACTIVE IMPORT FUND", "kWh"},
+    {"INDEX REACTIVE IMPORT FUND", "kVArh"}, {"INDEX ACTIVE EXPORT FUND", "kWh"},
+    {"INDEX APPARENT", "kVAh"}, {"INDEX ACTIVE IMPORT RAW", "kWh"},
+    {"INDEX REACTIVE IMPORT + RAW", "kVArh"}, {"INDEX ACTIVE EXPORT RAW", "kWh"},
+    {"INDEX REACTIVE IMPORT - RAW", "kVArh"}, {"POWER ACTIVE RAW", "W"},
+    {"POWER REACTIVE RAW", "VAr"}, {"INDEX ACTIVE IMPORT ACCU RAW", "kWh"},
+    {"INDEX REACTIVE IMPORT + ACCU RAW", "kVArh"}, {"INDEX ACTIVE IMPORT ACCU", "kWh"},
+    {"INDEX REACTIVE IMPORT + ACCU", "kVArh"}, {"INDEX ACTIVE EXPORT ACCU RAW", "kWh"},
+    {"INDEX REACTIVE IMPORT - ACCU RAW", "kVArh"}, {"INDEX ACTIVE EXPORT ACCU", "kWh"},
+    {"INDEX REACTIVE IMPORT - ACCU", "kVArh"}, {"INDEX ACTIVE IMPORT FUND 64", "kWh"},
+    {"INDEX REACTIVE IMPORT FUND 64", "kVArh"}, {"INDEX ACTIVE EXPORT FUND 64", "kWh"},
+    {"INDEX APPARENT 64", "kVAh"}, {"Address Modbus Register", ""},
+};
+
+TEST(RegisterMap, EveryNameAndUnit) {
+    for (unsigned i = 0; i < ZT4_MODBUS_BLOCK_COUNT; ++i) {
+        EXPECT_STREQ(getModbusNameRg(static_cast<uint8_t>(i)), kNamesAndUnits[i][0]) << i;
+        EXPECT_STREQ(getModbusUnitRg(static_cast<uint8_t>(i)), kNamesAndUnits[i][1]) << i;
+    }
+}
+
 // Every block starts where the previous one ends, but for the two gaps (addresses 5 to 7 and
 // 26 to 27), holds count x words x 2 bytes, and the last ends at the image's last word.
 TEST(RegisterMap, BlocksBackToBackButTheGaps) {
