@@ -1,7 +1,5 @@
 #include "metering/fram_layout.hpp"
 
-#include <cstring>
-
 extern "C" const FRAMRegisterBlock FRAM_Base_v0[ZT4_FRAM_V0_ROW_COUNT] = {
     {"ENERGY IMPORT ACTIVE", 0, 72},
     {"ENERGY IMPORT REACTIVE +", 72, 72},
@@ -73,13 +71,6 @@ const Counter& counterOf(uint8_t block) {
         if (counter.block == block) return counter;
     }
     return kCounters[0];
-}
-
-const Counter* counterNamed(const char* name) {
-    for (const Counter& counter : kCounters) {
-        if (std::strcmp(counter.name, name) == 0) return &counter;
-    }
-    return nullptr;
 }
 
 }  // namespace zt4::fram

@@ -58,7 +58,6 @@ struct Counter {
     int (*write)(const uint16_t* image);
 };
 Rows<Counter> counters();
-const Counter* counterNamed(const char* name);
 // The counter kept for register block `block` (16, 17, 18, 19 or 22).
 const Counter& counterOf(uint8_t block);
 

@@ -207,7 +207,9 @@ extern "C" int fram_upgrade_version(uint8_t defaultVersion) noexcept {
     int result = -1;
     if (memory == 0) {
         result = target >= 1 ? fram_upgrade_from_version_0(target) : 0;
-        if (target > 1) result |= fram_convert_data_type();
+        // The counters are converted only after the energies: a conversion is not repeatable
+        // (integers read as floats are lost), and a failed upgrade runs again from the start.
+        if (target > 1 && result == 0) result |= fram_convert_data_type();
         if (result == 0) result = fram_write_version(target);
     } else if (memory == 1) {
         result = 0;

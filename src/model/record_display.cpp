@@ -11,8 +11,9 @@ const char* state(uint8_t flag) noexcept { return flag == 1 ? "Enabled" : "Disab
 bool isActive(const ChannelConfig& channel) noexcept { return channel.mode != 0 && channel.enable == 1; }
 
 void showChannelTitle(unsigned connector, unsigned channel, const ChannelConfig& config) noexcept {
-    zt4::logLine(LOG_INFO, "Connector %u | Channel %u | Mode: %s | Name %s", connector + 1, channel + 1,
-                 getNameMode(config.mode), config.name);
+    // At most the name's 47 characters, even from a record whose name lacks its terminator.
+    zt4::logLine(LOG_INFO, "Connector %u | Channel %u | Mode: %s | Name %.*s", connector + 1, channel + 1,
+                 getNameMode(config.mode), ZT4_CHANNEL_NAME_SIZE - 1, config.name);
 }
 
 // The connector-level options: label in the line, field of the record.

@@ -69,21 +69,29 @@ struct Threshold {
     const char* missingPhases;
     uint8_t ExpertConfig::*system;
     uint8_t ExpertConfig::*enable;
-    float ExpertConfig::*rateLevel;
-    float ExpertConfig::*level;
     uint8_t (ExpertConfig::*phases)[ZT4_PHASE_COUNT];
     float (*levelOf)(float rateLevel, float volts) noexcept;
+    // The float fields are stored by name: the record is packed, and a member pointer would
+    // store through an address the compiler takes for aligned.
+    void (*store)(ExpertConfig& expert, float rateLevel, float level) noexcept;
 };
+
+void storeSag(ExpertConfig& expert, float rateLevel, float level) noexcept {
+    expert.sagRateLevel = rateLevel;
+    expert.sagLevel = level;
+}
+void storeSwell(ExpertConfig& expert, float rateLevel, float level) noexcept {
+    expert.swellRateLevel = rateLevel;
+    expert.swellLevel = level;
+}
 
 constexpr Threshold kSag = {"Sag", "FAILED to read Object Sag", "FAILED to read Object Sag Phase",
                             &ExpertConfig::sysSag, &ExpertConfig::sagEnable,
-                            &ExpertConfig::sagRateLevel, &ExpertConfig::sagLevel,
-                            &ExpertConfig::sagPhase, sagLevel};
+                            &ExpertConfig::sagPhase, sagLevel, storeSag};
 constexpr Threshold kSwell = {"Swell", "FAILED to read Object Swell",
                               "FAILED to read Object Swell Phase",
                               &ExpertConfig::sysSwell, &ExpertConfig::swellEnable,
-                              &ExpertConfig::swellRateLevel, &ExpertConfig::swellLevel,
-                              &ExpertConfig::swellPhase, swellLevel};
+                              &ExpertConfig::swellPhase, swellLevel, storeSwell};
 
 bool readThreshold(const char* function, const Threshold& threshold, json_t* section,
                    ExpertConfig& expert, float volts) noexcept {
@@ -93,8 +101,8 @@ bool readThreshold(const char* function, const Threshold& threshold, json_t* sec
         return false;
     }
     expert.*threshold.enable = expert.*threshold.system & byteOf(object, "Enable");
-    expert.*threshold.rateLevel = numberOf(object, "RateLevel");
-    expert.*threshold.level = threshold.levelOf(expert.*threshold.rateLevel, volts);
+    const float rateLevel = numberOf(object, "RateLevel");
+    threshold.store(expert, rateLevel, threshold.levelOf(rateLevel, volts));
     json_t* phases = json_object_get(object, "Phase");
     if (!json_is_array(phases)) {
         zt4::logError(function, "%s", threshold.missingPhases);

@@ -8,19 +8,16 @@
 #include <string>
 #include <vector>
 
+#include "metering/calibration_samples.hpp"
 #include "support/harness.hpp"
 #include "zt4config/calibration.h"
 
 namespace {
 
-// A model whose every byte is a recognisable filler, so that any stray write shows.
-struct Model {
-    ConnectorConfig connectors[ZT4_CONNECTOR_COUNT];
-    Model() { std::memset(connectors, 0xA5, sizeof connectors); }
-    bool operator==(const Model& other) const {
-        return std::memcmp(connectors, other.connectors, sizeof connectors) == 0;
-    }
-};
+using zt4test::Model;
+using zt4test::hexValue;
+using zt4test::realValue;
+using zt4test::setTagged;
 
 // Rows name their cases.
 template <class Case>
@@ -180,14 +177,7 @@ INSTANTIATE_TEST_SUITE_P(
 // --- Selection by connector mode ---------------------------------------------------------------
 
 // Each file holds values that say where they come from: tag (1 standard, 2 three-phase,
-// 3 single-phase), connector, channel and field.
-std::uint32_t hexValue(unsigned tag, unsigned connector, unsigned channel, unsigned field) {
-    return (tag << 24) | (connector << 16) | (channel << 8) | field;
-}
-float realValue(unsigned tag, unsigned connector, unsigned channel, unsigned field) {
-    return static_cast<float>(tag * 1000 + connector * 100 + channel * 10 + field) + 0.25f;
-}
-
+// 3 single-phase), connector, channel and field; the neutral channel carries every field too.
 std::string taggedFile(unsigned tag) {
     static const char* const hexKeys[] = {"CalCurrent", "CalIOffset", "CalVoltage", "CalVOffset",
                                           "CalActivePower", "CalWOffset", "CalVAGain", "CalVARGain",
@@ -206,24 +196,6 @@ std::string taggedFile(unsigned tag) {
         }
     }
     return text;
-}
-
-void setTagged(ChannelConfig& ch, unsigned tag, unsigned c, unsigned n) {
-    ch.CalCurrent = hexValue(tag, c, n, 0);
-    ch.CalIOffset = hexValue(tag, c, n, 1);
-    ch.CalVoltage = hexValue(tag, c, n, 2);
-    ch.CalVOffset = hexValue(tag, c, n, 3);
-    ch.CalActivePower = hexValue(tag, c, n, 4);
-    ch.CalWOffset = hexValue(tag, c, n, 5);
-    ch.CalVAGain = hexValue(tag, c, n, 6);
-    ch.CalVARGain = hexValue(tag, c, n, 7);
-    ch.CalVAROffset = hexValue(tag, c, n, 8);
-    ch.CalPhaseA = hexValue(tag, c, n, 9);
-    ch.CalPhaseB = hexValue(tag, c, n, 10);
-    ch.CalPhaseC = hexValue(tag, c, n, 11);
-    ch.CalPref = hexValue(tag, c, n, 12);
-    ch.CalVnom = realValue(tag, c, n, 13);
-    ch.CalInom = realValue(tag, c, n, 14);
 }
 
 struct SelectionCase {

@@ -198,6 +198,12 @@ TEST_F(RecordTest, SystemSagCycleAndThresholdAreOverwrittenByTheExpertReader) {
         json_object_set_new(json_object_get(expert, "Sag"), "Cycle", json_integer(4));
         json_object_set_new(json_object_get(expert, "Sag"), "Enable", json_integer(0));
         json_object_set_new(json_object_get(expert, "CircuitBreakerTrip"), "CurrentTransformerThreshold", json_integer(5));
+        json_object_set_new(json_object_get(expert, "StartupCycle"), "Enable", json_integer(0));
+    });
+    editUser([](json_t* electrical) {
+        json_t* expert = json_object_get(electrical, "Expert");
+        json_object_set_new(at(json_object_get(json_object_get(expert, "Sag"), "Phase"), 2), "Enable", json_integer(0));
+        json_object_set_new(at(json_object_get(json_object_get(expert, "Swell"), "Phase"), 0), "Enable", json_integer(0));
     });
     ASSERT_EQ(readZT4SystemExpert(&data), 0);
     EXPECT_EQ(data.expert.sagCycle, 4);
@@ -209,6 +215,11 @@ TEST_F(RecordTest, SystemSagCycleAndThresholdAreOverwrittenByTheExpertReader) {
     EXPECT_EQ(data.expert.ctThreshold, 2);
     EXPECT_EQ(data.expert.sagEnable, 0);  // the user's Enable 1 under the system's 0
     EXPECT_EQ(data.expert.swellEnable, 1);
+    EXPECT_EQ(data.expert.sagPhase[2], 0);
+    EXPECT_EQ(data.expert.swellPhase[0], 0);
+    EXPECT_EQ(data.expert.swellPhase[1], 1);
+    EXPECT_EQ(data.expert.connectors[3].channels[1].startupCycle, 0);  // the system's 0 wins
+    EXPECT_EQ(data.expert.connectors[3].channels[1].operatingTime, 1);
 }
 
 struct OverCurrentRow {
@@ -276,6 +287,17 @@ struct FailureRow {
 
 TEST_F(RecordTest, AFailingReaderKeepsWhatItHadRead) {
     const FailureRow rows[] = {
+        {"system connector 3 not an object", "/home/nvram/zt4system.json",
+         [](json_t* e) {
+             json_t* connectors = json_object_get(e, "Connectors");
+             json_object_set_new(at(connectors, 1), "Enable", json_integer(0));
+             json_array_set_new(connectors, 2, json_integer(1));
+         },
+         "error.[readZT4SystemConnectorsSyntaxVersion1]: FAILED to read Object JSON Connector3",
+         [](const zt4Data& d) { return static_cast<double>(d.connectors[1].enabled); }, 0},
+        {"system without Expert", "/home/nvram/zt4system.json", [](json_t* e) { json_object_del(e, "Expert"); },
+         "error.[readZT4AllConfig]: FAILED to read Expert system configuration",
+         [](const zt4Data& d) { return static_cast<double>(d.expert.lineFrequency); }, 50.0},
         {"system expert without Swell", "/home/nvram/zt4system.json",
          [](json_t* e) {
              json_t* expert = json_object_get(e, "Expert");

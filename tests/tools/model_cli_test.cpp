@@ -74,6 +74,12 @@ TEST_F(ModelCli, CommandsAndTheirResults) {
         {"update wifi '{\"Enable\": 1}'", 1, "address NULL", "/home/nvram/zt4.cfg", "DHCPD_Enable=0\n"},
         {"update bluetooth 1", 2, "unknown setting bluetooth", nullptr, nullptr},
         {"upgrade", 0, "", "/home/nvram/zt4config.json", "\"BACnet\""},
+        // Connector 4 is monophase, connector 1 three-phase: each from its own file.
+        {"calibration init standard", 0, "", "/home/nvram/zt4calibration.cfg",
+         "Connect_1_Cnl_1_CalCurrent=0x00405ec9\n"},
+        {"calibration init standard", 0, "", "/home/nvram/zt4calibration.cfg",
+         "Connect_4_Cnl_2_CalCurrent=0x0040d300\n"},
+        {"calibration init phase", 2, "calibration init standard|threephase|monophase", nullptr, nullptr},
     };
     ASSERT_EQ(readFile("/home/nvram/zt4config.json").find("\"BACnet\""), std::string::npos);
     for (const CommandRow& row : rows) {
