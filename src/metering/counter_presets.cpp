@@ -1,6 +1,7 @@
 // Presets of one connector's counters from a document shaped like a connector of the connector
 // data document: the "Channel" (or "Phase") array's objects carry the values. Every value is
-// read before any is stored, so that a document with one bad value changes nothing.
+// read before any is stored, so that a document with one bad value changes nothing. The block
+// then goes to its persistent copy in FRAM, so that the preset survives a restart.
 #include <cmath>
 #include <cstdint>
 
@@ -8,6 +9,7 @@
 #include "common/json_ref.hpp"
 #include "common/log.hpp"
 #include "metering/register_map.hpp"
+#include "zt4config/fram.h"
 #include "zt4config/json.h"
 
 namespace zt4::modbus {
@@ -23,6 +25,7 @@ struct CounterPreset {
     Target target;
     void (*failure)(const char* function, unsigned item);
     void (*trace)(const char* function, unsigned connectorId, unsigned item, long long value);
+    int (*persist)(const std::uint16_t* image);
 };
 
 const CounterPreset kStartup{
@@ -30,25 +33,29 @@ const CounterPreset kStartup{
     [](const char* f, unsigned item) { logError(f, "FAILED to read Channel%u Start up", item); },
     [](const char* f, unsigned id, unsigned item, long long v) {
         logInfo(f, "ConnectorID %u ChannelID %u Startup: %u", id, item, static_cast<unsigned>(v));
-    }};
+    },
+    SetZT4FRAMStartup};
 const CounterPreset kSag{
     "Sag", 18, Target::Phase,
     [](const char* f, unsigned item) { logError(f, "FAILED to read Phase%u Sag", item); },
     [](const char* f, unsigned, unsigned item, long long v) {
         logInfo(f, "Phase %u Sag: %d", item, static_cast<int>(v));
-    }};
+    },
+    SetZT4FRAMSag};
 const CounterPreset kSwell{
     "Swell", 19, Target::Phase,
     [](const char* f, unsigned item) { logError(f, "FAILED to read Phase%u Swell", item); },
     [](const char* f, unsigned, unsigned item, long long v) {
         logInfo(f, "Phase %u Swell: %d", item, static_cast<int>(v));
-    }};
+    },
+    SetZT4FRAMSwell};
 const CounterPreset kOverCurrent{
     "OverCurrent", 22, Target::Channel,
     [](const char* f, unsigned item) { logError(f, "FAILED to read Channel%u OverCurrent", item); },
     [](const char* f, unsigned id, unsigned item, long long v) {
         logInfo(f, "ConnectorID %u ChannelID %u OverCurrent: %d", id, item, static_cast<int>(v));
-    }};
+    },
+    SetZT4FRAMOverCurrent};
 
 // The checks every preset starts with; on success `copy` holds a deep copy of the document.
 bool presetArguments(const char* function, const std::uint16_t* image, json_t* json,
@@ -123,7 +130,7 @@ int presetCounters(const char* function, const CounterPreset& preset, std::uint1
         if (preset.target == Target::Channel) counterPosition(image, preset.block, connector, i, first, second);
         SetModbusDataInteger(image, preset.block, first, second, static_cast<std::uint32_t>(values[i]));
     }
-    return 0;
+    return preset.persist(image) == 0 ? 0 : -1;
 }
 
 constexpr double kSecondsPerHour = 3600.0;
@@ -158,7 +165,8 @@ int presetOperatingTime(const char* function, std::uint16_t* image, json_t* json
         SetModbusDataInteger(image, 26, connector, slot, seconds);
         SetModbusDataInteger(image, 27, connector, slot, nanoseconds);
     }
-    return 0;
+    // The persistent copy holds the hours; seconds and nanoseconds are derived when read back.
+    return SetZT4FRAMOperatingTime(image) == 0 ? 0 : -1;
 }
 
 }  // namespace

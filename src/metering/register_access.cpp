@@ -19,7 +19,8 @@ constexpr std::uint32_t kModbusVersionBlock = 1;
 constexpr std::uint32_t kMacBlock = 2;
 constexpr unsigned kMacDigits = 12;
 
-bool tracing() noexcept { return debugLevel() > 3; }
+// Read in place rather than through debugLevel(): one load on the hot path, no call.
+bool tracing() noexcept { return debug_level > 3; }
 
 template <class Value>
 Value load(const std::uint16_t* image, std::uint32_t address) noexcept {
@@ -33,19 +34,67 @@ void store(std::uint16_t* image, std::uint32_t address, Value value) noexcept {
     std::memcpy(image + address, &value, sizeof value);
 }
 
+std::uint32_t baseOf(std::uint32_t index) noexcept { return ModbusBase[index].base; }
+std::uint32_t wordsOf(std::uint32_t index) noexcept { return ModbusBase[index].words; }
+
+// The logging paths stay out of line, so that the accessors themselves are a few instructions
+// without a stack frame.
+[[gnu::cold, gnu::noinline]] void logOutsideImage(const char* function, std::uint32_t index,
+                                                  std::uint32_t connector, std::uint32_t channel) {
+    logError(function, "Register @index %u (%u %u) outside the register image", index, connector,
+             channel);
+}
+
+[[gnu::cold, gnu::noinline]] void logNull(const char* function, const char* what) {
+    logError(function, "%s NULL", what);
+}
+
+// "get"/"set": a 32-bit float register.
+[[gnu::cold, gnu::noinline]] void traceFloat(const char* function, const char* verb,
+                                             std::uint32_t index, std::uint32_t address,
+                                             std::uint32_t connector, std::uint32_t channel,
+                                             float value) {
+    logInfo(function, "%s @index %u @ addr %u (%u %u %u) (%u 16-words) value=%f (%zu bytes)", verb,
+            index, address, baseOf(index), connector, channel, wordsOf(index),
+            static_cast<double>(value), sizeof value);
+}
+
+// "Get"/"Set": a 32-bit integer register, spelt with "@addr".
+[[gnu::cold, gnu::noinline]] void traceInteger(const char* function, const char* verb,
+                                               std::uint32_t index, std::uint32_t address,
+                                               std::uint32_t connector, std::uint32_t channel,
+                                               std::uint32_t value) {
+    logInfo(function, "%s @index %u @addr %u (%u %u %u) (%u 16-words) value=%u (%zu bytes)", verb,
+            index, address, baseOf(index), connector, channel, wordsOf(index), value, sizeof value);
+}
+
+// "get"/"set": a 64-bit double register.
+[[gnu::cold, gnu::noinline]] void traceDouble(const char* function, const char* verb,
+                                              std::uint32_t index, std::uint32_t address,
+                                              std::uint32_t connector, std::uint32_t channel,
+                                              double value) {
+    logInfo(function, "%s @index %u @ addr %u (%u %u %u) (%u word-64) value=%e (%zu bytes)", verb,
+            index, address, baseOf(index), connector, channel, wordsOf(index), value, sizeof value);
+}
+
+// "get"/"set": a 16-bit mode word.
+[[gnu::cold, gnu::noinline]] void traceMode(const char* function, const char* verb,
+                                            std::uint32_t address, std::uint32_t connector,
+                                            std::uint32_t channel, std::uint16_t value) {
+    logInfo(function, "%s @index %u @ addr %u (%u %u %u) (%u 16-words) value=%u (%zu bytes)", verb,
+            kModeBlock, address, baseOf(kModeBlock), connector, channel, wordsOf(kModeBlock), value,
+            sizeof value);
+}
+
 // The address of a Value-sized register, or false (logged) when it would reach past the image.
 template <class Value>
 bool locate(const char* function, std::uint32_t index, std::uint32_t connector,
             std::uint32_t channel, std::uint32_t& address) noexcept {
     address = registerAddress(index, connector, channel);
     if (insideImage(address, sizeof(Value) / 2)) return true;
-    logError(function, "Register @index %u (%u %u) outside the register image", index, connector,
-             channel);
+    logOutsideImage(function, index, connector, channel);
     return false;
 }
-
-std::uint32_t baseOf(std::uint32_t index) noexcept { return ModbusBase[index].base; }
-std::uint32_t wordsOf(std::uint32_t index) noexcept { return ModbusBase[index].words; }
 
 // Stores only what the type can represent: NaN and infinities leave the register as it was.
 template <class Value>
@@ -62,7 +111,7 @@ extern "C" {
 
 uint16_t GetModbusSWVersion(const uint16_t* zt4Rg) noexcept {
     if (zt4Rg == nullptr) {
-        zt4::logError(__func__, "zt4Rg NULL");
+        logNull(__func__, "zt4Rg");
         return 0;
     }
     return zt4Rg[baseOf(kSoftwareVersionBlock)];
@@ -70,7 +119,7 @@ uint16_t GetModbusSWVersion(const uint16_t* zt4Rg) noexcept {
 
 void SetModbusSWVersion(uint16_t* zt4Rg, uint16_t version) noexcept {
     if (zt4Rg == nullptr) {
-        zt4::logError(__func__, "zt4Rg NULL");
+        logNull(__func__, "zt4Rg");
         return;
     }
     zt4Rg[baseOf(kSoftwareVersionBlock)] = version;
@@ -78,7 +127,7 @@ void SetModbusSWVersion(uint16_t* zt4Rg, uint16_t version) noexcept {
 
 uint16_t GetModbusVersion(const uint16_t* zt4Rg) noexcept {
     if (zt4Rg == nullptr) {
-        zt4::logError(__func__, "zt4Rg NULL");
+        logNull(__func__, "zt4Rg");
         return 0;
     }
     return zt4Rg[baseOf(kModbusVersionBlock)];
@@ -86,7 +135,7 @@ uint16_t GetModbusVersion(const uint16_t* zt4Rg) noexcept {
 
 void SetModbusVersion(uint16_t* zt4Rg, uint16_t version) noexcept {
     if (zt4Rg == nullptr) {
-        zt4::logError(__func__, "zt4Rg NULL");
+        logNull(__func__, "zt4Rg");
         return;
     }
     zt4Rg[baseOf(kModbusVersionBlock)] = version;
@@ -96,7 +145,7 @@ void SetModbusVersion(uint16_t* zt4Rg, uint16_t version) noexcept {
 // taken as bare digits: colons are not skipped.
 void SetModbusMAC(uint16_t* zt4Rg, const char* str) noexcept {
     if (zt4Rg == nullptr) {
-        zt4::logError(__func__, "zt4Rg NULL");
+        logNull(__func__, "zt4Rg");
         return;
     }
     if (str == nullptr) {
@@ -116,39 +165,31 @@ void SetModbusMAC(uint16_t* zt4Rg, const char* str) noexcept {
 
 uint16_t GetModbusInfoConnector(const uint16_t* zt4Rg, uint8_t connector, uint8_t channel) noexcept {
     if (zt4Rg == nullptr) {
-        zt4::logError(__func__, "zt4Rg NULL");
+        logNull(__func__, "zt4Rg");
         return 0;
     }
     uint32_t address;
     if (!locate<uint16_t>(__func__, kModeBlock, connector, channel, address)) return 0;
     const uint16_t mode = zt4Rg[address];
-    if (tracing()) {
-        zt4::logInfo(__func__, "get @index %u @ addr %u (%u %u %u) (%u 16-words) value=%u (%zu bytes)",
-                     kModeBlock, address, baseOf(kModeBlock), connector, channel,
-                     wordsOf(kModeBlock), mode, sizeof mode);
-    }
+    if (tracing()) traceMode(__func__, "get", address, connector, channel, mode);
     return mode;
 }
 
 void SetModbusInfoConnector(uint16_t* zt4Rg, uint8_t connector, uint8_t channel,
                             uint16_t mode) noexcept {
     if (zt4Rg == nullptr) {
-        zt4::logError(__func__, "zt4Rg NULL");
+        logNull(__func__, "zt4Rg");
         return;
     }
     uint32_t address;
     if (!locate<uint16_t>(__func__, kModeBlock, connector, channel, address)) return;
-    if (tracing()) {
-        zt4::logInfo(__func__, "set @index %u @ addr %u (%u %u %u) (%u 16-words) value=%u (%zu bytes)",
-                     kModeBlock, address, baseOf(kModeBlock), connector, channel,
-                     wordsOf(kModeBlock), mode, sizeof mode);
-    }
+    if (tracing()) traceMode(__func__, "set", address, connector, channel, mode);
     zt4Rg[address] = mode;
 }
 
 void StandardizeModbusInfoConnector(uint16_t* zt4Rg, const ConnectorConfig* connectors) noexcept {
     if (zt4Rg == nullptr) {
-        zt4::logError(__func__, "zt4Rg NULL");
+        logNull(__func__, "zt4Rg");
         return;
     }
     if (connectors == nullptr) {
@@ -178,50 +219,38 @@ void StandardizeModbusInfoConnector(uint16_t* zt4Rg, const ConnectorConfig* conn
 float GetModbusData(const uint16_t* zt4Rg, uint8_t index, uint8_t connector,
                     uint8_t channel) noexcept {
     if (zt4Rg == nullptr) {
-        zt4::logError(__func__, "zt4Rg NULL");
+        logNull(__func__, "zt4Rg");
         return 0.0f;
     }
     uint32_t address;
     if (!locate<float>(__func__, index, connector, channel, address)) return 0.0f;
     const float value = load<float>(zt4Rg, address);
-    if (tracing()) {
-        zt4::logInfo(__func__, "get @index %u @ addr %u (%u %u %u) (%u 16-words) value=%f (%zu bytes)",
-                     index, address, baseOf(index), connector, channel, wordsOf(index),
-                     static_cast<double>(value), sizeof value);
-    }
+    if (tracing()) traceFloat(__func__, "get", index, address, connector, channel, value);
     return value;
 }
 
 void SetModbusData(uint16_t* zt4Rg, uint8_t index, uint8_t connector, uint8_t channel,
                    float value) noexcept {
     if (zt4Rg == nullptr) {
-        zt4::logError(__func__, "zt4Rg NULL");
+        logNull(__func__, "zt4Rg");
         return;
     }
     uint32_t address;
     if (!locate<float>(__func__, index, connector, channel, address)) return;
-    if (tracing()) {
-        zt4::logInfo(__func__, "set @index %u @ addr %u (%u %u %u) (%u 16-words) value=%f (%zu bytes)",
-                     index, address, baseOf(index), connector, channel, wordsOf(index),
-                     static_cast<double>(value), sizeof value);
-    }
+    if (tracing()) traceFloat(__func__, "set", index, address, connector, channel, value);
     if (storable(value)) store(zt4Rg, address, value);
 }
 
 uint32_t GetModbusDataInteger(const uint16_t* zt4Rg, uint8_t index, uint8_t connector,
                               uint8_t channel) noexcept {
     if (zt4Rg == nullptr) {
-        zt4::logError(__func__, "zt4Rg NULL");
+        logNull(__func__, "zt4Rg");
         return 0;
     }
     uint32_t address;
     if (!locate<uint32_t>(__func__, index, connector, channel, address)) return 0;
     const uint32_t value = load<uint32_t>(zt4Rg, address);
-    if (tracing()) {
-        zt4::logInfo(__func__, "Get @index %u @addr %u (%u %u %u) (%u 16-words) value=%u (%zu bytes)",
-                     index, address, baseOf(index), connector, channel, wordsOf(index), value,
-                     sizeof value);
-    }
+    if (tracing()) traceInteger(__func__, "Get", index, address, connector, channel, value);
     return value;
 }
 
@@ -231,44 +260,32 @@ void SetModbusDataInteger(uint16_t* zt4Rg, uint8_t index, uint8_t connector, uin
     if (zt4Rg == nullptr) return;
     uint32_t address;
     if (!locate<uint32_t>(__func__, index, connector, channel, address)) return;
-    if (tracing()) {
-        zt4::logInfo(__func__, "Set @index %u @addr %u (%u %u %u) (%u 16-words) value=%u (%zu bytes)",
-                     index, address, baseOf(index), connector, channel, wordsOf(index), value,
-                     sizeof value);
-    }
+    if (tracing()) traceInteger(__func__, "Set", index, address, connector, channel, value);
     store(zt4Rg, address, value);
 }
 
 double GetModbusData64(const uint16_t* zt4Rg64, uint8_t index, uint8_t connector,
                        uint8_t channel) noexcept {
     if (zt4Rg64 == nullptr) {
-        zt4::logError(__func__, "zt4Rg64 NULL");
+        logNull(__func__, "zt4Rg64");
         return 0.0;
     }
     uint32_t address;
     if (!locate<double>(__func__, index, connector, channel, address)) return 0.0;
     const double value = load<double>(zt4Rg64, address);
-    if (tracing()) {
-        zt4::logInfo(__func__, "get @index %u @ addr %u (%u %u %u) (%u word-64) value=%e (%zu bytes)",
-                     index, address, baseOf(index), connector, channel, wordsOf(index), value,
-                     sizeof value);
-    }
+    if (tracing()) traceDouble(__func__, "get", index, address, connector, channel, value);
     return value;
 }
 
 void SetModbusData64(uint16_t* zt4Rg64, uint8_t index, uint8_t connector, uint8_t channel,
                      double value) noexcept {
     if (zt4Rg64 == nullptr) {
-        zt4::logError(__func__, "zt4Rg64 NULL");
+        logNull(__func__, "zt4Rg64");
         return;
     }
     uint32_t address;
     if (!locate<double>(__func__, index, connector, channel, address)) return;
-    if (tracing()) {
-        zt4::logInfo(__func__, "set @index %u @ addr %u (%u %u %u) (%u word-64) value=%e (%zu bytes)",
-                     index, address, baseOf(index), connector, channel, wordsOf(index), value,
-                     sizeof value);
-    }
+    if (tracing()) traceDouble(__func__, "set", index, address, connector, channel, value);
     if (storable(value)) store(zt4Rg64, address, value);
 }
 
@@ -276,7 +293,7 @@ void SetModbusData64(uint16_t* zt4Rg64, uint8_t index, uint8_t connector, uint8_
 // done it. The largest block from the largest offset still ends inside the image.
 void ClearModbusData(uint16_t* zt4Rg, uint8_t index) noexcept {
     if (zt4Rg == nullptr) {
-        zt4::logError(__func__, "zt4Rg NULL");
+        logNull(__func__, "zt4Rg");
         return;
     }
     if (index >= ZT4_MODBUS_BLOCK_COUNT) {

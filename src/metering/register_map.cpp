@@ -85,6 +85,8 @@
     {name, base, count, words, bytes, unit},
 #define ZT4_SHAPE_ROW(name, base, count, words, bytes, unit, selector, dump) \
     {Selector::selector, DumpLayout::dump},
+#define ZT4_ADDRESSING_ROW(name, base, count, words, bytes, unit, selector, dump) \
+    {base, connectorStride(Selector::selector, words), channelStride(Selector::selector, words)},
 
 extern "C" {
 const ModbusRegisterBlock ModbusBase[ZT4_MODBUS_BLOCK_COUNT] = {ZT4_REGISTER_BLOCKS(ZT4_PUBLIC_ROW)};
@@ -93,6 +95,7 @@ const ModbusRegisterBlock ModbusBase[ZT4_MODBUS_BLOCK_COUNT] = {ZT4_REGISTER_BLO
 namespace zt4::modbus {
 
 const BlockShape kBlockShapes[ZT4_MODBUS_BLOCK_COUNT] = {ZT4_REGISTER_BLOCKS(ZT4_SHAPE_ROW)};
+const Addressing kAddressing[ZT4_MODBUS_BLOCK_COUNT] = {ZT4_REGISTER_BLOCKS(ZT4_ADDRESSING_ROW)};
 
 std::uint16_t slotMode(const std::uint16_t* image, std::uint32_t connector,
                        std::uint32_t slot) noexcept {
@@ -103,6 +106,7 @@ std::uint16_t slotMode(const std::uint16_t* image, std::uint32_t connector,
 
 }  // namespace zt4::modbus
 
+#undef ZT4_ADDRESSING_ROW
 #undef ZT4_SHAPE_ROW
 #undef ZT4_PUBLIC_ROW
 #undef ZT4_REGISTER_BLOCKS

@@ -40,6 +40,26 @@ struct BlockShape {
 
 extern const BlockShape kBlockShapes[ZT4_MODBUS_BLOCK_COUNT];
 
+// The selector folded into two strides, so that an address is one multiply-add per selector
+// without a branch: address = base + perConnector x connector + perChannel x channel.
+struct Addressing {
+    std::uint32_t base;
+    std::uint32_t perConnector;
+    std::uint32_t perChannel;
+};
+
+constexpr std::uint32_t connectorStride(Selector selector, std::uint32_t words) {
+    return selector == Selector::FourSlot    ? 4 * words
+           : selector == Selector::ThreeSlot ? 3 * words
+                                             : 0;
+}
+
+constexpr std::uint32_t channelStride(Selector selector, std::uint32_t words) {
+    return selector == Selector::Single ? 0 : words;
+}
+
+extern const Addressing kAddressing[ZT4_MODBUS_BLOCK_COUNT];
+
 // The rule line that closes a dump and separates its parts.
 inline constexpr const char* kRule = "--------------------------------------------------------";
 
@@ -47,14 +67,8 @@ inline constexpr const char* kRule = "------------------------------------------
 inline std::uint32_t registerAddress(std::uint32_t index, std::uint32_t connector,
                                      std::uint32_t channel) noexcept {
     if (index >= ZT4_MODBUS_BLOCK_COUNT) return ZT4_MODBUS_IMAGE_WORDS;
-    const ModbusRegisterBlock& block = ModbusBase[index];
-    switch (kBlockShapes[index].selector) {
-        case Selector::FourSlot: return block.base + block.words * (4 * connector + channel);
-        case Selector::PerSelector: return block.base + block.words * channel;
-        case Selector::Single: return block.base;
-        case Selector::ThreeSlot: break;
-    }
-    return block.base + block.words * (3 * connector + channel);
+    const Addressing& a = kAddressing[index];
+    return a.base + a.perConnector * connector + a.perChannel * channel;
 }
 
 // True when `words` words from `address` lie inside the image.
