@@ -31,6 +31,11 @@ int spawnAndWait(const std::string& source, const std::string& target) {
     pid_t child = -1;
     const int error = posix_spawnp(&child, program, nullptr, nullptr, argv, environ);
     if (error != 0) {
+        // A copy command that cannot be executed ends the way a shell would end it: status 127
+        // (not found) or 126 (not executable). Whether the spawn reports this itself or the child
+        // exits with it depends on the C library and the emulator; both read the same here.
+        if (error == ENOENT || error == ENOTDIR) return W_EXITCODE(127, 0);
+        if (error == EACCES || error == ENOEXEC || error == EPERM) return W_EXITCODE(126, 0);
         errno = error;
         return -1;
     }
