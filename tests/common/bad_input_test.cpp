@@ -723,6 +723,9 @@ const BadCall kBadCalls[] = {
     ROW(GetZT4EnergyIndex, "1", ERR, image(), 4),
     ROW(fram_write_version, "-1", ERR, 3),
     ROW(readZT4AllConfig, "-1", ERR, nullptr),
+    ROW(readMainSoftwareVersionProduction, "-1", ERR, buffer(), 0),
+    ROW(getSWInfoDevice, "-1", ERR, "swmainversion", buffer(), 64),
+    ROW(getSerialNumber, "-1", ERR, buffer(), 64, 0),
 };
 
 class BadInput : public zt4test::DeviceTest, public ::testing::WithParamInterface<BadCall> {};
