@@ -11,7 +11,10 @@
 extern "C" {
 
 int CreateFile(const char* path) noexcept {
-    if (path == nullptr) return -1;
+    if (path == nullptr) {
+        zt4::logError(__func__, "path NULL");
+        return -1;
+    }
     FILE* file = std::fopen(path, "w+");
     if (file == nullptr) {
         zt4::logError(__func__, "Failed to create file '%s'. (%s)", path, std::strerror(errno));
@@ -27,7 +30,10 @@ int CreateFile(const char* path) noexcept {
 }
 
 int DeleteFile(const char* path) noexcept {
-    if (path == nullptr) return -1;
+    if (path == nullptr) {
+        zt4::logError(__func__, "path NULL");
+        return -1;
+    }
     if (unlink(path) != 0 && errno != ENOENT) {
         zt4::logError(__func__, "Failed to delete file %s (%s)", path, std::strerror(errno));
         return -1;

@@ -21,8 +21,15 @@ constexpr size_t kLedPathCapacity = 64;
 // it is empty the next leds_on reads the file again.
 char maxBrightness[8];
 
+// True (and logged under `function`) when the caller gave no name.
+bool nullLedName(const char* function, const char* name) noexcept {
+    if (name != nullptr) return false;
+    logLine(LOG_ERR, "error.[%s] name NULL", function);
+    return true;
+}
+
 bool validLedName(const char* function, const char* name) noexcept {
-    if (name == nullptr) return false;
+    if (nullLedName(function, name)) return false;
     if (*name == '\0' || std::strchr(name, '/') != nullptr || std::strcmp(name, ".") == 0 ||
         std::strcmp(name, "..") == 0) {
         logLine(LOG_ERR, "error.[%s] Invalid LED name '%s'", function, name);
@@ -109,19 +116,19 @@ int leds_on(const char* name) noexcept {
     });
 }
 
-// A null name is refused at once; any other fault is leds_file's to report.
+// A null name is refused at once, under the caller's name; any other fault is leds_file's to report.
 int leds_off(const char* name) noexcept {
-    if (name == nullptr) return -1;
+    if (zt4::nullLedName(__func__, name)) return -1;
     return zt4::guarded(__func__, -1, [&] { return zt4::brightness(name, "0"); });
 }
 
 int leds_blink(const char* name) noexcept {
-    if (name == nullptr) return -1;
+    if (zt4::nullLedName(__func__, name)) return -1;
     return zt4::guarded(__func__, -1, [&] { return zt4::trigger(name, "timer"); });
 }
 
 int leds_heartbeat(const char* name) noexcept {
-    if (name == nullptr) return -1;
+    if (zt4::nullLedName(__func__, name)) return -1;
     return zt4::guarded(__func__, -1, [&] { return zt4::trigger(name, "heartbeat"); });
 }
 
