@@ -162,11 +162,13 @@ extern "C" void convert_float_to_integer(uint16_t* zt4Rg, uint8_t index) noexcep
 
 namespace {
 
-// Converts the counters and then, when `record`, writes the version byte. A conversion cannot be
-// repeated on converted counters, and the version byte says whether it has run: every block is
-// read before any is written, and when a block or the version cannot be written the blocks
-// already converted are put back, so that the next start converts all of them again.
-int convertCounters(uint8_t version, bool record) {
+// The upgrade's conversion of the counters, followed by the version byte's write. A conversion
+// cannot be repeated on converted counters, and the version byte says whether it has run: every
+// block is read before any is written (a block that cannot be read fails the upgrade instead of
+// staying a float under the new version), and when a block or the version cannot be written
+// the blocks already converted are put back, so that the next start converts all of them again.
+// fram_convert_data_type, called on its own, keeps its skip-and-continue behaviour.
+int convertCountersAndRecord(uint8_t version) {
     uint16_t original[ZT4_MODBUS_IMAGE_WORDS] = {};
     uint16_t scratch[ZT4_MODBUS_IMAGE_WORDS] = {};
     const auto all = zt4::fram::counters();
@@ -183,7 +185,7 @@ int convertCounters(uint8_t version, bool record) {
             break;
         }
     }
-    if (converted == all.end() && (!record || fram_write_version(version) == 0)) return 0;
+    if (converted == all.end() && fram_write_version(version) == 0) return 0;
     for (const zt4::fram::Counter* done = all.begin(); done != converted; ++done) {
         if (done->encodedByLayout) done->write(original);
     }
@@ -192,7 +194,16 @@ int convertCounters(uint8_t version, bool record) {
 
 }  // namespace
 
-extern "C" int fram_convert_data_type(void) noexcept { return convertCounters(0, false); }
+extern "C" int fram_convert_data_type(void) noexcept {
+    uint16_t scratch[ZT4_MODBUS_IMAGE_WORDS] = {};
+    int result = 0;
+    for (const zt4::fram::Counter& counter : zt4::fram::counters()) {
+        if (!counter.encodedByLayout || counter.readToImage(scratch) != 0) continue;
+        convert_float_to_integer(scratch, counter.block);
+        result |= counter.write(scratch);
+    }
+    return result;
+}
 
 extern "C" int fram_upgrade_from_version_0(uint8_t version) noexcept {
     int result = 0;
@@ -232,12 +243,12 @@ extern "C" int fram_upgrade_version(uint8_t defaultVersion) noexcept {
         result = target >= 1 ? fram_upgrade_from_version_0(target) : 0;
         // The counters are converted only after the energies: a conversion is not repeatable
         // (integers read as floats are lost), and a failed upgrade runs again from the start.
-        if (result == 0) result = target > 1 ? convertCounters(target, true) : fram_write_version(target);
+        if (result == 0) result = target > 1 ? convertCountersAndRecord(target) : fram_write_version(target);
     } else if (memory == 1) {
         result = 0;
         if (target >= 2) {
             // fram_upgrade_from_version_1, the version byte written within the conversion.
-            result = convertCounters(target, true);
+            result = convertCountersAndRecord(target);
         }
     }
     return result;
