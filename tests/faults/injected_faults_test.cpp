@@ -445,3 +445,42 @@ INSTANTIATE_TEST_SUITE_P(Writers, InjectedFaults, ::testing::ValuesIn(writers())
                          });
 
 }  // namespace
+
+namespace {
+
+// The calibration writers' last step copies "<file>.new" over the file with cp, in place. A cp
+// that fails after emptying the file (what a full partition does to it) leaves the file empty,
+// the complete new version in "<file>.new", and the writer reports cp's status.
+TEST(CalibrationCopy, FailingCpLeavesTheNewVersionBeside) {
+    const char* cli = std::getenv("ZT4_CLI");
+    if (cli == nullptr) GTEST_SKIP() << "ZT4_CLI not set";
+    const std::string tool = cli;
+    if (tool.find(' ') != std::string::npos) GTEST_SKIP() << "the tool runs under an emulator";
+    if (std::string(ZT4_FAULT_PRELOAD).empty()) GTEST_SKIP() << "libfiu's POSIX preload library is absent";
+    const fs::path work = fs::temp_directory_path() / ("zt4cp-" + std::to_string(getpid()));
+    fs::remove_all(work);
+    fs::create_directories(work / "bin");
+    const fs::path root = work / "root";
+    fs::copy(ZT4_EXAMPLE_DEVICE, root, fs::copy_options::recursive);
+    const std::string file = "home/nvram/zt4calibration_threephase.cfg";
+    const std::string old = readAll(root / file);
+    // A document of one channel's coefficients: the file is rewritten with its lines.
+    writeAll(work / "input.json",
+             R"({"Connector": [{"Cnl": [{"CalVnom": 231.5, "CalInom": 5.0, "CalPref": 3600}]}]})");
+    writeAll(work / "bin/cp", "#!/bin/sh\n: > \"$2\"\nexit 1\n");
+    fs::permissions(work / "bin/cp", fs::perms::owner_all);
+    const std::string path = std::getenv("PATH") != nullptr ? std::getenv("PATH") : "/bin:/usr/bin";
+    setenv("PATH", ((work / "bin").string() + ":" + path).c_str(), 1);
+    const ToolRun run = runTool(tool, work, root,
+                                {"calibration", "write", "threephase", (work / "input.json").string()}, "", 0, 0);
+    setenv("PATH", path.c_str(), 1);
+    EXPECT_EQ(run.status, 1) << run.errors;
+    EXPECT_NE(run.errors.find("return 256"), std::string::npos) << run.errors;
+    EXPECT_EQ(readAll(root / file), "");
+    const std::string kept = readAll(root / (file + ".new"));
+    EXPECT_NE(kept, old);
+    EXPECT_NE(kept.find("Connect_1_Cnl_1_CalVnom=231.50\n"), std::string::npos) << kept;
+    fs::remove_all(work);
+}
+
+}  // namespace
