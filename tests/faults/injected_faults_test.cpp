@@ -61,6 +61,7 @@ struct Writer {
     std::string between;               // a file's state after a first of two commits
     std::string betweenContent;        // ... its complete content
     std::string loose;                 // lines of an in-place file that a failure may change
+    std::string program;               // the program run instead of the tool
 };
 
 void PrintTo(const Writer& w, std::ostream* out) { *out << w.label; }
@@ -262,50 +263,53 @@ std::vector<Writer> writers() {
     const std::string calibration = kNvram + "zt4calibration.cfg";
     return {
         {"userSection", {}, {"set", "web", R"({"Language": "fr"})"}, "", {kUser}, {kUserTmp}, {},
-         {"open", "fdopen", "fwrite", "fflush", "rename"}, "", "", ""},
+         {"open", "fdopen", "fwrite", "fflush", "rename"}, "", "", "", ""},
         {"systemSection", {}, {"system", "set", "web", R"({"Debug": 0})"}, "", {kSystem},
-         {kSystemTmp}, {}, {"open", "fdopen", "fwrite", "fflush", "rename"}, "", "", ""},
+         {kSystemTmp}, {}, {"open", "fdopen", "fwrite", "fflush", "rename"}, "", "", "", ""},
         {"webSection", {}, {"web", "set", "modbus",
                             R"({"Enable": 1, "Version": 2, "Interface": "TCP", "RTUBaudrate": 9600, "Parity": 1, "ID": 17})"},
-         "", {kUser}, {kUserTmp}, {}, {"fdopen", "fwrite", "rename"}, "", "", ""},
+         "", {kUser}, {kUserTmp}, {}, {"fdopen", "fwrite", "rename"}, "", "", "", ""},
         // Replaces "Web" (a first complete write), then adds "Note" (the second).
         {"userMerge", {}, {"merge", "user", "@"}, R"({"Web": {"Language": "fr"}, "Note": {"By": 1}})",
          {kUser}, {kUserTmp}, {}, {"fdopen", "fwrite", "fflush", "rename"}, kUser,
-         userWithFrench(), ""},
+         userWithFrench(), "", ""},
         {"systemMerge", {}, {"merge", "system", "@"}, R"({"Web": {"Debug": 0}})", {kSystem},
-         {kSystemTmp}, {}, {"fdopen", "fwrite", "rename"}, "", "", ""},
+         {kSystemTmp}, {}, {"fdopen", "fwrite", "rename"}, "", "", "", ""},
         // The take-up writes the user document directly, in place, without a temporary file.
         {"complianceTakeUp", {}, {"apply", "@"}, userWithFrench(), {kUser}, {}, {kUser},
-         {"open", "fdopen", "fwrite", "fflush"}, "", "", ""},
+         {"open", "fdopen", "fwrite", "fflush"}, "", "", "", ""},
         // The factory's "BACnet" comes back into a user document that lost it.
         {"upgrade", {kUser, userWithout("BACnet")}, {"upgrade"}, "", {kUser}, {kUserTmp}, {},
-         {"fdopen", "rename"}, "", "", ""},
+         {"fdopen", "rename"}, "", "", "", ""},
         // The whole flat file is written in place.
         // The whole flat file is written in place; with the user document unreadable, the
         // connector lines are written from the defaults ("Connector_1_Mode=0").
         {"flatFileExport", {kFlat, kOldFlatFile}, {"export"}, "", {kFlat}, {}, {kFlat},
-         {"open", "fdopen", "fprintf"}, "", "", "Connector_"},
+         {"open", "fdopen", "fprintf"}, "", "", "Connector_", ""},
         {"flatFileUpdate", {kFlat, kOldFlatFile}, {"update", "ethernet", kEthernet}, "", {kFlat},
-         {kFlat + ".new"}, {}, {"open", "fdopen", "rename"}, "", "", ""},
+         {kFlat + ".new"}, {}, {"open", "fdopen", "rename"}, "", "", "", ""},
         // The scratch file "zt4calibration.new" is renamed to "<file>.new", which stays, then
         // copied over the file by cp (a program of its own, run without faults).
         {"calibrationWrite", {}, {"calibration", "write", "standard", "@"}, "", {calibration,
          calibration + ".new"}, {kNvram + "zt4calibration.new"}, {}, {"open", "fdopen", "rename"},
-         "", "", ""},
+         "", "", "", ""},
         {"framUpgrade", {kEeprom, eepromAtLayout1()}, {"fram", "upgrade"}, "", {kEeprom}, {}, {},
-         {"open", "pwrite"}, "", "", ""},
+         {"open", "pwrite"}, "", "", "", ""},
         {"radioIdentity", {}, {"radio", "set", "deveui", "70:B3:D5:7E:D0:01:23:46"}, "",
-         {kNvram + "radiodeveui"}, {}, {kNvram + "radiodeveui"}, {"fopen", "fputs"}, "", "", ""},
+         {kNvram + "radiodeveui"}, {}, {kNvram + "radiodeveui"}, {"fopen", "fputs"}, "", "", "", ""},
         {"radioDaemonKey", {}, {"radio", "set", "lorawan.appkey",
                                 "2B:7E:15:16:28:AE:D2:A6:AB:F7:15:88:09:CF:4F:3D"},
-         "", {"/var/tmp/radioappkey"}, {}, {"/var/tmp/radioappkey"}, {"fopen"}, "", "", ""},
+         "", {"/var/tmp/radioappkey"}, {}, {"/var/tmp/radioappkey"}, {"fopen"}, "", "", "", ""},
         {"joinTime", {}, {"radio", "join-time", "set", "1795431999"}, "", {"/var/run/timestamp_join"},
-         {}, {"/var/run/timestamp_join"}, {"open", "fdopen", "fsync"}, "", "", ""},
+         {}, {"/var/run/timestamp_join"}, {"open", "fdopen", "fsync"}, "", "", "", ""},
         {"ledOn", {"/sys/class/leds/zt4:green:power/brightness", "0\n"},
          {"led", "on", "zt4:green:power"}, "",
          {"/sys/class/leds/zt4:green:power/brightness", "/sys/class/leds/zt4:green:power/trigger"},
          {}, {"/sys/class/leds/zt4:green:power/brightness", "/sys/class/leds/zt4:green:power/trigger"},
-         {"fopen"}, "", "", ""},
+         {"fopen"}, "", "", "", ""},
+        // CreateFile empties a marker file in place ("w+").
+        {"createFile", {"/var/tmp/marker", "old\n"}, {"/var/tmp/marker"}, "", {"/var/tmp/marker"}, {},
+         {"/var/tmp/marker"}, {"fopen", "fflush"}, "", "", "", ZT4_CREATE_FILE_DRIVER},
     };
 }
 
@@ -315,8 +319,8 @@ TEST_P(InjectedFaults, EveryFailingCallIsRefusedAndLosesNothing) {
     const Writer& w = GetParam();
     const char* cli = std::getenv("ZT4_CLI");
     if (cli == nullptr) GTEST_SKIP() << "ZT4_CLI not set";
-    const std::string tool = cli;
-    if (tool.find(' ') != std::string::npos)
+    const std::string tool = w.program.empty() ? std::string(cli) : w.program;
+    if (std::string(cli).find(' ') != std::string::npos)
         GTEST_SKIP() << "the tool runs under an emulator: the preloaded wrappers are host code";
     if (std::string(ZT4_FAULT_PRELOAD).empty() || !fs::exists(ZT4_FAULT_FIU_PRELOAD))
         GTEST_SKIP() << "libfiu's POSIX preload library (fiu-utils, libfiu-dev) is absent";
