@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 #include "common/log.hpp"
 #include "json/flags.hpp"
@@ -43,7 +45,14 @@ int writeJSONFile(const char* path, json_t* json) noexcept {
         return -1;
     }
     int result = 0;
-    if (json_dumpf(json, stream, zt4::kDumpFlags) < 0) {
+    // The text is made in memory and written in one piece, and the stream's error flag is
+    // checked: a write that fails leaves a shorter file, never one with a hole in it, and is
+    // reported, so that no caller renames it over a good document.
+    char* text = json_dumps(json, zt4::kDumpFlags);
+    const size_t length = text != nullptr ? std::strlen(text) : 0;
+    const bool written = text != nullptr && (length == 0 || fwrite(text, 1, length, stream) == length);
+    free(text);
+    if (!written || ferror(stream)) {
         zt4::logError(__func__, "FAILED dumping '%s'", path);
         result = -1;
     } else if (fflush(stream) != 0) {

@@ -160,6 +160,40 @@ extern "C" void convert_float_to_integer(uint16_t* zt4Rg, uint8_t index) noexcep
     }
 }
 
+namespace {
+
+// The upgrade's conversion of the counters, followed by the version byte's write. A conversion
+// cannot be repeated on converted counters, and the version byte says whether it has run: every
+// block is read before any is written (a block that cannot be read fails the upgrade instead of
+// staying a float under the new version), and when a block or the version cannot be written
+// the blocks already converted are put back, so that the next start converts all of them again.
+// fram_convert_data_type, called on its own, keeps its skip-and-continue behaviour.
+int convertCountersAndRecord(uint8_t version) {
+    uint16_t original[ZT4_MODBUS_IMAGE_WORDS] = {};
+    uint16_t scratch[ZT4_MODBUS_IMAGE_WORDS] = {};
+    const auto all = zt4::fram::counters();
+    for (const zt4::fram::Counter& counter : all) {
+        if (counter.encodedByLayout && counter.readToImage(original) != 0) return -1;
+    }
+    std::memcpy(scratch, original, sizeof scratch);
+    const zt4::fram::Counter* converted = all.end();  // the blocks before it were written
+    for (const zt4::fram::Counter* counter = all.begin(); counter != all.end(); ++counter) {
+        if (!counter->encodedByLayout) continue;
+        convert_float_to_integer(scratch, counter->block);
+        if (counter->write(scratch) != 0) {
+            converted = counter;
+            break;
+        }
+    }
+    if (converted == all.end() && fram_write_version(version) == 0) return 0;
+    for (const zt4::fram::Counter* done = all.begin(); done != converted; ++done) {
+        if (done->encodedByLayout) done->write(original);
+    }
+    return -1;
+}
+
+}  // namespace
+
 extern "C" int fram_convert_data_type(void) noexcept {
     uint16_t scratch[ZT4_MODBUS_IMAGE_WORDS] = {};
     int result = 0;
@@ -209,13 +243,12 @@ extern "C" int fram_upgrade_version(uint8_t defaultVersion) noexcept {
         result = target >= 1 ? fram_upgrade_from_version_0(target) : 0;
         // The counters are converted only after the energies: a conversion is not repeatable
         // (integers read as floats are lost), and a failed upgrade runs again from the start.
-        if (target > 1 && result == 0) result |= fram_convert_data_type();
-        if (result == 0) result = fram_write_version(target);
+        if (result == 0) result = target > 1 ? convertCountersAndRecord(target) : fram_write_version(target);
     } else if (memory == 1) {
         result = 0;
         if (target >= 2) {
-            result = fram_upgrade_from_version_1();
-            if (result == 0) result = fram_write_version(target);
+            // fram_upgrade_from_version_1, the version byte written within the conversion.
+            result = convertCountersAndRecord(target);
         }
     }
     return result;

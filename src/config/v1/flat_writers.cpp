@@ -500,12 +500,20 @@ int printZT4UserConfigFileSyntaxVersion1(void) noexcept {
         result |= setParameterUserConfigConnectorsSyntaxVersion1(stream);
         result |= writeSystemConnectors("setParameterSystemConnectorsSyntaxVersion1", stream,
                                         json_object_get(system.get(), "ElectricalConfiguration"));
-        // Only a complete file is forced to storage.
-        if (result == 0) {
-            std::fflush(stream);
-            fsync(descriptor);
+        // A line that could not be written leaves the stream's error flag: the file is partial.
+        if (std::ferror(stream) != 0) {
+            zt4::logError(function, "FAILED to write file %s", path.c_str());
+            result = -1;
         }
-        std::fclose(stream);
+        // Only a complete file is forced to storage.
+        if (result == 0 && (std::fflush(stream) != 0 || fsync(descriptor) != 0)) {
+            zt4::logError(function, "FAILED to write file %s. (%s)", path.c_str(), std::strerror(errno));
+            result = -1;
+        }
+        if (std::fclose(stream) != 0 && result == 0) {
+            zt4::logError(function, "FAILED to write file %s. (%s)", path.c_str(), std::strerror(errno));
+            result = -1;
+        }
         return result;
     });
 }
