@@ -94,6 +94,12 @@ def main():
     seeds("webapi_writers", [("%02d" % index, bytes([selector]) + compact(value))
                              for index, (selector, value) in enumerate(zip(selectors, web))])
 
+    system_factory = load("etc/zt4system_factory.json")
+    seeds("stored_documents", [("user", b"\0" + full), ("system", b"\1" + compact(system)),
+                               ("factory", b"\2" + compact(factory)),
+                               ("system-factory", b"\3" + compact(system_factory)),
+                               ("user-truncated", b"\0" + full[: len(full) // 2])])
+
     calibration = [(EXAMPLE / "home/nvram" / name).read_bytes() for name in
                    ("zt4calibration.cfg", "zt4calibration_threephase.cfg", "zt4calibration_monophase.cfg")]
     seeds("calibration", [("standard", b"\0" + calibration[0]), ("threephase", b"\1" + calibration[1]),
@@ -135,7 +141,7 @@ def main():
     json_keys = set()
     for document in [user, system, factory, *web]:
         keys(document, json_keys)
-    for target in ("compliance", "section_writers", "webapi_writers"):
+    for target in ("compliance", "section_writers", "webapi_writers", "stored_documents"):
         dictionary(target, json_keys)
     flat_keys = {line.split(b"=")[0].decode() + "=" for line in flat.splitlines() if b"=" in line}
     dictionary("flat_file", flat_keys | {"//"})
