@@ -12,15 +12,38 @@
 #include <map>
 #include <system_error>
 
-// The host defines the debug level the library reads; 0 keeps the trace lines off.
-__attribute__((visibility("default"))) int debug_level = 0;
+// The host defines the debug level the library reads. The trace lines run too (they format
+// fuzzed values): ZT4_FUZZ_DEBUG sets the level, 4 (every trace) unless given.
+__attribute__((visibility("default"))) int debug_level = 4;
 
-// Logging is the library's busiest side effect: fuzzing drops it instead of going through syslog.
+namespace {
+
+// Messages are formatted, so that a bad argument is caught, and then dropped: no syslog daemon
+// is involved.
+__attribute__((format(printf, 1, 0))) void format(const char* text, va_list args) {
+    char message[1024];
+    std::vsnprintf(message, sizeof message, text, args);
+}
+
+}  // namespace
+
 extern "C" {
-void vsyslog(int, const char*, va_list) {}
-void syslog(int, const char*, ...) {}
-void __vsyslog_chk(int, int, const char*, va_list) {}
-void __syslog_chk(int, int, const char*, ...) {}
+__attribute__((format(printf, 2, 0))) void vsyslog(int, const char* text, va_list args) { format(text, args); }
+__attribute__((format(printf, 2, 3))) void syslog(int, const char* text, ...) {
+    va_list args;
+    va_start(args, text);
+    format(text, args);
+    va_end(args);
+}
+__attribute__((format(printf, 3, 0))) void __vsyslog_chk(int, int, const char* text, va_list args) {
+    format(text, args);
+}
+__attribute__((format(printf, 3, 4))) void __syslog_chk(int, int, const char* text, ...) {
+    va_list args;
+    va_start(args, text);
+    format(text, args);
+    va_end(args);
+}
 // The private root lives in memory and is thrown away: flushing the whole machine's caches after
 // each document write would only slow the search down.
 void sync(void) noexcept {}
@@ -63,6 +86,7 @@ std::string makeRoot() {
         fs::create_directories(pattern + folder);
     }
     setenv("ZT4_ROOT", pattern.c_str(), 1);
+    if (const char* level = std::getenv("ZT4_FUZZ_DEBUG")) debug_level = std::atoi(level);
     return pattern;
 }
 
