@@ -41,6 +41,17 @@ const DeviceFile kFiles[] = {
     {"/var/tmp/radiodeveui", getConfigRadioDeveui},
     {"/var/tmp/radioappkey", getConfigRadioAppkey},
     {"/var/tmp/radioregionband", getConfigRadioBand},
+    {"/var/run/timestamp_join",
+     [](char* b, size_t) {
+         int32_t timestamp = 0;
+         b[0] = '\0';
+         return getTimestampLastJoin(&timestamp);
+     }},
+    {"/var/tmp/fram",
+     [](char* b, size_t) {
+         b[0] = '\0';
+         return system_fram_read_version() < 0 ? -1 : 0;
+     }},
 };
 constexpr unsigned kFileCount = sizeof kFiles / sizeof kFiles[0];
 constexpr size_t kBufferSizes[] = {1, 2, 9, 24, 48, 256};

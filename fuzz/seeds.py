@@ -120,11 +120,13 @@ def main():
              "home/nvram/radioversion", "home/nvram/currentradioregionband", "home/nvram/regionbandlora",
              "home/nvram/linefrequency", "home/nvram/ethernetipv4addressing", "var/zt4/eth0/address",
              "var/zt4/br0/AddressIP", "var/zt4/br0/Broadcast", "var/zt4/br0/Netmask", "var/zt4/wlan0/address",
-             "var/tmp/radiodeveui", "var/tmp/radioappkey", "var/tmp/radioregionband"]
+             "var/tmp/radiodeveui", "var/tmp/radioappkey", "var/tmp/radioregionband", "var/run/timestamp_join",
+             "var/tmp/fram"]
     count = len(files)
     # The buffer sizes are 1, 2, 9, 24, 48 and 256 bytes: the seeds take 48 (index 4).
     seeds("device_files", [("%02d" % index, bytes([(index + 4 * count) % 256]) + (EXAMPLE / path).read_bytes())
-                           for index, path in enumerate(files) if (EXAMPLE / path).is_file()])
+                           for index, path in enumerate(files) if (EXAMPLE / path).is_file()]
+                          + [("%02d" % (count - 1), bytes([count - 1 + 4 * count]) + b"2\n")])
 
     eeprom = (EXAMPLE / "sys/bus/i2c/devices/0-0050/eeprom").read_bytes()
     offset = 4096
