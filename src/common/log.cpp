@@ -11,7 +11,7 @@ namespace {
 // Messages are short; a longer one is cut rather than allocated for.
 constexpr int kMessageCapacity = 1024;
 
-void logPrefixed(int priority, const char* prefix, const char* function, const char* format,
+ZT4_PRINTF(4, 0) void logPrefixed(int priority, const char* prefix, const char* function, const char* format,
                  va_list args) {
     char message[kMessageCapacity];
     std::vsnprintf(message, sizeof message, format, args);
