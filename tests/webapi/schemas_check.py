@@ -73,7 +73,9 @@ REFUSED = [
 
 def run(cli, root, arguments):
     command = shlex.split(cli) + ["--root", root] + arguments
-    return subprocess.run(command, capture_output=True, text=True, check=False)
+    # A stray byte on stderr (a message the library quotes from a broken file) is no reason to
+    # stop the check: it is read as a replacement character.
+    return subprocess.run(command, capture_output=True, text=True, errors="replace", check=False)
 
 
 def main():
