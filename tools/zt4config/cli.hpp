@@ -37,6 +37,8 @@ int printJson(json_t* owned);
 json_t* jsonArgument(const std::string& textOrDash);
 // Parses a whole decimal number into `value`; false when the text is not one.
 bool parseNumber(const std::string& text, long long& value);
+// The connector number of "connector N", or 0 when the text is not a number from 1 to 6.
+unsigned connectorNumber(const std::string& text);
 // The exit status for a library result code (0 success).
 inline int exitFor(int result) { return result == 0 ? kExitOk : kExitFailed; }
 

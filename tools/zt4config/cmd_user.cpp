@@ -49,16 +49,9 @@ const UserSection* findSection(const std::string& word) {
     return nullptr;
 }
 
-// The connector number of "connector N", or 0 when N is not 1 to 6.
-unsigned connectorNumber(const std::string& text) {
-    long long number = 0;
-    if (!cli::parseNumber(text, number) || number < 1 || number > 6) return 0;
-    return static_cast<unsigned>(number);
-}
-
 int runGet(const cli::Args& args) {
     if (args.size() == 2 && args[0] == "connector") {
-        unsigned id = connectorNumber(args[1]);
+        unsigned id = cli::connectorNumber(args[1]);
         if (id == 0) return cli::usageError("get connector: N must be 1 to 6");
         return cli::printJson(readJSONZT4ConfigConnectorById(static_cast<uint8_t>(id)));
     }
@@ -72,7 +65,7 @@ int runGet(const cli::Args& args) {
 
 int runSet(const cli::Args& args) {
     if (args.size() == 3 && args[0] == "connector") {
-        unsigned id = connectorNumber(args[1]);
+        unsigned id = cli::connectorNumber(args[1]);
         if (id == 0) return cli::usageError("set connector: N must be 1 to 6");
         json_t* value = cli::jsonArgument(args[2]);
         if (value == nullptr) return cli::kExitUsage;

@@ -59,16 +59,9 @@ const WebDocument* find(const std::string& word) {
     return nullptr;
 }
 
-// The connector number of "connector N", or 0 when N is not 1 to 6.
-unsigned connectorNumber(const std::string& text) {
-    long long number = 0;
-    if (!cli::parseNumber(text, number) || number < 1 || number > 6) return 0;
-    return static_cast<unsigned>(number);
-}
-
 int runGet(const cli::Args& args) {
     if (args.size() == 3 && args[1] == "connector") {
-        const unsigned id = connectorNumber(args[2]);
+        const unsigned id = cli::connectorNumber(args[2]);
         if (id == 0) return cli::usageError("web get connector: N must be 1 to 6");
         return cli::printJson(readJSONZT4WebAPIConfigConnectorById(static_cast<uint8_t>(id)));
     }
@@ -83,7 +76,7 @@ int runSet(const cli::Args& args) {
     unsigned id = 0;
     const WebDocument* document = nullptr;
     if (args.size() == 4 && args[1] == "connector") {
-        id = connectorNumber(args[2]);
+        id = cli::connectorNumber(args[2]);
         if (id == 0) return cli::usageError("web set connector: N must be 1 to 6");
     } else if (args.size() == 3) {
         document = find(args[1]);

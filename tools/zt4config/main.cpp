@@ -95,6 +95,12 @@ bool parseNumber(const std::string& text, long long& value) {
     return errno == 0 && end && *end == '\0';
 }
 
+unsigned connectorNumber(const std::string& text) {
+    long long number = 0;
+    if (!parseNumber(text, number) || number < 1 || number > 6) return 0;
+    return static_cast<unsigned>(number);
+}
+
 }  // namespace cli
 
 int main(int argc, char** argv) {
