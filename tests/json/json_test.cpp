@@ -3,8 +3,10 @@
 #include <syslog.h>
 #include <unistd.h>
 
+#include <map>
 #include <string>
 
+#include "json/table_file.hpp"
 #include "support/harness.hpp"
 #include "zt4config.h"
 
@@ -21,63 +23,27 @@ void expectResult(json_t* result, const char* expected, const char* line, int pr
 }
 
 using Check = int (*)(const json_t*, const char*);
-int default7(const json_t* j, const char* k) { return json_check_integer_default(j, k, 7); }
-int atLeast10(const json_t* j, const char* k) { return json_check_integer_superior(j, k, 10); }
-int port(const json_t* j, const char* k) { return json_check_integer_range(j, k, 1024, 65535); }
-int atLeast0(const json_t* j, const char* k) { return json_check_float_superior(j, k, 0.0f); }
-int atLeast100(const json_t* j, const char* k) { return json_check_float_superior(j, k, 100.0f); }
-int above0(const json_t* j, const char* k) { return json_check_float_superior_strict(j, k, 0.0f); }
-int fr(const json_t* j, const char* k) { return json_check_string_default(j, k, "fr"); }
-int text31(const json_t* j, const char* k) { return json_check_string_default(j, k, "abcdefghijklmnopqrstuvwxyz01234"); }
+const std::map<std::string, Check> kChecks = {
+    {"default7", [](const json_t* j, const char* k) { return json_check_integer_default(j, k, 7); }},
+    {"atLeast10", [](const json_t* j, const char* k) { return json_check_integer_superior(j, k, 10); }},
+    {"port", [](const json_t* j, const char* k) { return json_check_integer_range(j, k, 1024, 65535); }},
+    {"atLeast0", [](const json_t* j, const char* k) { return json_check_float_superior(j, k, 0.0f); }},
+    {"atLeast100", [](const json_t* j, const char* k) { return json_check_float_superior(j, k, 100.0f); }},
+    {"above0", [](const json_t* j, const char* k) { return json_check_float_superior_strict(j, k, 0.0f); }},
+    {"fr", [](const json_t* j, const char* k) { return json_check_string_default(j, k, "fr"); }},
+    {"text31", [](const json_t* j, const char* k) { return json_check_string_default(j, k, "abcdefghijklmnopqrstuvwxyz01234"); }},
+    {"boolean", json_check_boolean}, {"ipv4", json_check_ipv4}, {"addressing", json_check_ipv4_addressing}};
 
-struct CheckRow { Check check; const char* document; const char* line; };  // line "": passes
-
+// Each row: the check, the document, the one line logged ("-" when the key passes).
 TEST(TypedCheck, PassesOrLogsOneLineAndNeverChangesTheObject) {
-    const CheckRow rows[] = {
-        {default7, R"({"k": 7})", ""}, {default7, R"({"k": 8})", "error.[json_check_integer_default]: k value INVALID (8)"},
-        {default7, R"({"x": 7})", "error.[json_check_integer_default]: k NULL"},
-        {default7, R"({"k": 7.0})", "error.[json_check_integer_default]: k NOT JSON_INTEGER"},
-        {atLeast10, R"({"k": 10})", ""}, {atLeast10, R"({"k": 9})", "error.[json_check_integer_superior]: k value INVALID (9)"},
-        {port, R"({"k": 1024})", ""}, {port, R"({"k": 65535})", ""},
-        {port, R"({"k": 1023})", "error.[json_check_integer_range]: k value INVALID (1023)"},
-        {port, R"({"k": 65536})", "error.[json_check_integer_range]: k value INVALID (65536)"},
-        {port, R"({"k": 4294968320})", "error.[json_check_integer_range]: k value INVALID (4294968320)"},
-        {json_check_boolean, R"({"k": 0})", ""}, {json_check_boolean, R"({"k": 1})", ""},
-        {json_check_boolean, R"({"k": 2})", "error.[json_check_boolean]: k value INVALID (2)"},
-        {json_check_boolean, R"({"k": -1})", "error.[json_check_boolean]: k value INVALID (-1)"},
-        {json_check_boolean, R"({"k": true})", "error.[json_check_boolean]: k NOT JSON_INTEGER"},
-        {json_check_boolean, R"({})", "error.[json_check_boolean]: k NULL"},
-        {atLeast0, R"({"k": 5})", ""}, {atLeast0, R"({"k": 0.0})", ""},
-        {atLeast0, R"({"k": -0.5})", "error.[json_check_float_superior]: k value INVALID (-0.500000)"},
-        {atLeast0, R"({"k": "1"})", "error.[json_check_float_superior]: k NOT JSON_REAL"},
-        {atLeast0, R"({})", "error.[json_check_float_superior]: k NULL"},
-        {atLeast100, R"({"k": 99.9})", "error.[json_check_float_superior]: k value INVALID (99.900000)"},
-        {above0, R"({"k": 0})", "error.[json_check_float_superior_strict]: k value INVALID (0.000000)"},
-        {above0, R"({"k": 0.001})", ""}, {above0, R"({"k": [1]})", "error.[json_check_float_superior_strict]: k NOT JSON_REAL"},
-        {fr, R"({"k": "fr"})", ""}, {fr, R"({"k": "fra"})", "error.[json_check_string_default]: k value INVALID (fra)"},
-        {fr, R"({"k": 1})", "error.[json_check_string_default]: k NOT JSON_STRING"},
-        {fr, R"({})", "error.[json_check_string_default]: k NULL"},
-        // Only the first 31 characters of the stored value take part.
-        {text31, R"({"k": "abcdefghijklmnopqrstuvwxyz01234-and-more"})", ""},
-        {text31, R"({"k": "abcdefghijklmnopqrstuvwxyz0123"})",
-         "error.[json_check_string_default]: k value INVALID (abcdefghijklmnopqrstuvwxyz0123)"},
-        {json_check_ipv4, R"({"k": "192.168.1.66"})", ""}, {json_check_ipv4, R"({"k": "0.0.0.0"})", ""},
-        {json_check_ipv4, R"({"k": "256.1.1.1"})", "error.[json_check_ipv4]: k value INVALID"},
-        {json_check_ipv4, R"({"k": "10.42.0"})", "error.[json_check_ipv4]: k value INVALID"},
-        {json_check_ipv4, R"({"k": 10})", "error.[json_check_ipv4]: k NOT JSON_STRING"},
-        {json_check_ipv4_addressing, R"({"k": "DHCPv6 please"})", ""}, {json_check_ipv4_addressing, R"({"k": "Statically"})", ""},
-        {json_check_ipv4_addressing, R"({"k": "static"})", "error.[json_check_ipv4_addressing]: k value static INVALID"},
-        {json_check_ipv4_addressing, R"({"k": "DHC"})", "error.[json_check_ipv4_addressing]: k value DHC INVALID"},
-        {json_check_ipv4_addressing, R"({"k": {}})", "error.[json_check_ipv4_addressing]: k NOT JSON_STRING"},
-    };
-    for (const CheckRow& row : rows) {
+    for (const zt4test::Row& row : zt4test::tableFile("json", "checks.tsv")) {
         zt4test::clearLog();
-        json_t* document = zt4test::parse(row.document);
+        json_t* document = zt4test::parse(row.at(1).c_str());
         const std::string before = zt4test::compact(document);
-        EXPECT_EQ(row.check(document, "k"), *row.line ? -1 : 0) << row.document << " " << row.line;
+        EXPECT_EQ(kChecks.at(row[0])(document, "k"), row.at(2) == "-" ? 0 : -1) << row[0] << " " << row[1];
         EXPECT_EQ(zt4test::compact(document), before);
-        EXPECT_EQ(zt4test::capturedLog().size(), *row.line ? 1u : 0u) << zt4test::logDump();
-        EXPECT_TRUE(!*row.line || zt4test::logged(row.line, LOG_ERR)) << zt4test::logDump();
+        EXPECT_EQ(zt4test::capturedLog().size(), row[2] == "-" ? 0u : 1u) << zt4test::logDump();
+        EXPECT_TRUE(row[2] == "-" || zt4test::logged(row[2], LOG_ERR)) << zt4test::logDump();
         json_decref(document);
     }
     zt4test::clearLog();
@@ -89,68 +55,21 @@ TEST(TypedCheck, PassesOrLogsOneLineAndNeverChangesTheObject) {
     json_decref(object);
 }
 
-struct ElementRow { json_t* (*read)(json_t*, uint8_t); const char* array; unsigned id; const char* expected; const char* line; };
-
-TEST(ElementById, ReturnsANewReferenceOrLogsWhy) {
-    const ElementRow rows[] = {
-        {readJSONZT4ConnectorById, "[{\"a\":1},{\"a\":2}]", 2, "{\"a\":2}", nullptr},
-        {readJSONZT4ConnectorById, "[{},{},{},{},{},{\"a\":6}]", 6, "{\"a\":6}", nullptr},
-        // The connector id is checked before the array; 7 is refused even in a seven-element array.
-        {readJSONZT4ConnectorById, nullptr, 0, "(null)", "error.[readJSONZT4ConnectorById]: Connector id=0 INVALID"},
-        {readJSONZT4ConnectorById, "[{},{},{},{},{},{},{}]", 7, "(null)", "error.[readJSONZT4ConnectorById]: Connector id=7 INVALID"},
-        {readJSONZT4ConnectorById, nullptr, 1, "(null)", "error.[readJSONZT4ConnectorById]: jsonConnectors NULL"},
-        {readJSONZT4ConnectorById, "[]", 1, "(null)", "error.[readJSONZT4ConnectorById]: size Array JSON Connect NULL"},
-        {readJSONZT4ConnectorById, "[{},{}]", 3, "(null)", "error.[readJSONZT4ConnectorById]: Connector3 not in Array JSON Connect"},
-        {readJSONZT4ConnectorById, "[{},[1]]", 2, "(null)", "error.[readJSONZT4ConnectorById]: Connector2 IS NOT Object JSON"},
-        // Channels and phases check the array first.
-        {readJSONZT4ChannelById, "[{},{},{\"c\":3}]", 3, "{\"c\":3}", nullptr},
-        {readJSONZT4ChannelById, nullptr, 9, "(null)", "error.[readJSONZT4ChannelById]: jsonChannels NULL"},
-        {readJSONZT4ChannelById, "[{},{},{},{}]", 4, "(null)", "error.[readJSONZT4ChannelById]: Channel id=4 INVALID"},
-        {readJSONZT4ChannelById, "[{}]", 0, "(null)", "error.[readJSONZT4ChannelById]: Channel id=0 INVALID"},
-        {readJSONZT4ChannelById, "[]", 1, "(null)", "error.[readJSONZT4ChannelById]: size Array JSON Cnl NULL"},
-        {readJSONZT4ChannelById, "[{}]", 2, "(null)", "error.[readJSONZT4ChannelById]: Channel2 not in Array JSON Cnl"},
-        {readJSONZT4ChannelById, "[1]", 1, "(null)", "error.[readJSONZT4ChannelById]: Channel1 IS NOT Object JSON"},
-        {readJSONZT4PhaseById, "[{},{},{\"Enable\":0}]", 3, "{\"Enable\":0}", nullptr},
-        {readJSONZT4PhaseById, nullptr, 0, "(null)", "error.[readJSONZT4PhaseById]: jsonPhases NULL"},
-        {readJSONZT4PhaseById, "[{},{},{},{}]", 4, "(null)", "error.[readJSONZT4PhaseById]: Phase id=4 INVALID"},
-        // Phases keep the channel array's wording.
-        {readJSONZT4PhaseById, "[]", 1, "(null)", "error.[readJSONZT4PhaseById]: size Array JSON Cnl NULL"},
-        {readJSONZT4PhaseById, "[{},{}]", 3, "(null)", "error.[readJSONZT4PhaseById]: Phase3 not in Array JSON Cnl"},
-        {readJSONZT4PhaseById, "[{},\"x\"]", 2, "(null)", "error.[readJSONZT4PhaseById]: Phase2 IS NOT Object JSON"},
-    };
-    for (const ElementRow& row : rows) {
+// Elements by number and members by key: each returns a new reference or logs why not.
+TEST(Readers, ElementsAndMembers) {
+    const std::map<std::string, json_t* (*)(json_t*, uint8_t)> elements = {
+        {"connector", readJSONZT4ConnectorById}, {"channel", readJSONZT4ChannelById}, {"phase", readJSONZT4PhaseById}};
+    const std::map<std::string, json_t* (*)(json_t*, const char*)> members = {{"object", readJSONObject}, {"array", readJSONArray}};
+    for (const zt4test::Row& row : zt4test::tableFile("json", "elements.tsv")) {
+        ASSERT_EQ(row.size(), 5u);
         zt4test::clearLog();
-        json_t* array = row.array ? zt4test::parse(row.array) : nullptr;
-        json_t* element = row.read(array, static_cast<uint8_t>(row.id));
-        EXPECT_TRUE(element == nullptr || element->refcount == 2u) << row.expected;  // a new reference
-        expectResult(element, row.expected, row.line);
-        EXPECT_TRUE(array == nullptr || array->refcount == 1u);
-        json_decref(array);
-    }
-}
-
-struct MemberRow { json_t* (*read)(json_t*, const char*); const char* json; const char* key; const char* expected; const char* line; };
-
-TEST(Member, ReturnsANewReferenceOfTheRightType) {
-    const MemberRow rows[] = {
-        {readJSONObject, "{\"Web\":{\"Port\":80}}", "Web", "{\"Port\":80}", nullptr},
-        {readJSONObject, "{\"Web\":[1]}", "Web", "(null)", nullptr},  // another type: quiet
-        {readJSONObject, "{}", "Web", "(null)", "error.[readJSONObject]: jsonObject NULL"},
-        {readJSONObject, nullptr, "Web", "(null)", "error.[readJSONObject]: json NULL"},
-        {readJSONObject, "{}", nullptr, "(null)", "error.[readJSONObject]: key NULL"},
-        {readJSONArray, "{\"Phase\":[{}]}", "Phase", "[{}]", nullptr},
-        {readJSONArray, "{\"Phase\":{}}", "Phase", "(null)", nullptr},
-        {readJSONArray, "{}", "Phase", "(null)", "error.[readJSONArray]: jsonArray NULL"},
-        {readJSONArray, nullptr, "Phase", "(null)", "error.[readJSONArray]: json NULL"},
-        {readJSONArray, "{}", nullptr, "(null)", "error.[readJSONArray]: key NULL"},
-    };
-    for (const MemberRow& row : rows) {
-        zt4test::clearLog();
-        json_t* json = row.json ? zt4test::parse(row.json) : nullptr;
-        json_t* member = row.read(json, row.key);
-        EXPECT_TRUE(member == nullptr || member->refcount == 2u) << row.expected;
-        expectResult(member, row.expected, row.line);
-        json_decref(json);
+        json_t* from = row[1] == "-" ? nullptr : zt4test::parse(row[1].c_str());
+        json_t* result = elements.count(row[0]) ? elements.at(row[0])(from, static_cast<uint8_t>(std::stoi(row[2])))
+                                                : members.at(row[0])(from, zt4test::orNull(row[2]));
+        EXPECT_TRUE(result == nullptr || result->refcount == 2u) << row[3];
+        expectResult(result, row[3].c_str(), zt4test::orNull(row[4]));
+        EXPECT_TRUE(from == nullptr || from->refcount == 1u);
+        json_decref(from);
     }
 }
 
