@@ -22,6 +22,7 @@ inline std::vector<Row> tableFile(const std::string& folder, const std::string& 
         std::stringstream fields(line);
         rows.emplace_back();
         for (std::string field; std::getline(fields, field, '\t');) rows.back().push_back(field);
+        if (line.back() == '\t') rows.back().emplace_back();
     }
     EXPECT_FALSE(rows.empty()) << name;
     return rows;
