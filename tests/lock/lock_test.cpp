@@ -8,11 +8,12 @@
 #include <syslog.h>
 #include <unistd.h>
 
-#include <cstring>
 #include <ctime>
 #include <functional>
+#include <map>
 #include <string>
 
+#include "json/table_file.hpp"
 #include "support/harness.hpp"
 #include "zt4config.h"
 
@@ -22,13 +23,13 @@ constexpr int kReady = 200;      // a child reports this just before its blockin
 constexpr int kMustMs = 5000;    // bound for what must happen
 constexpr int kMustNotMs = 100;  // window in which a blocked child must stay silent
 
-// A forked child that reports bytes through a pipe and never returns into the test framework.
+// A forked child that reports bytes through a pipe (its body gets the write end) and ends with
+// _exit, never returning into the test framework.
 class Child {
 public:
-    explicit Child(const std::function<int(int)>& body) {  // body gets the pipe's write end
+    explicit Child(const std::function<int(int)>& body) {
         if (pipe(pipe_) != 0) return;
-        pid_ = fork();
-        if (pid_ == 0) {
+        if ((pid_ = fork()) == 0) {
             const unsigned char result = static_cast<unsigned char>(body(pipe_[1]));
             _exit(write(pipe_[1], &result, 1) == 1 ? 0 : 3);
         }
@@ -45,52 +46,49 @@ public:
     int report(int timeoutMs) {  // the next byte, -1 when none comes in time
         struct pollfd readable = {pipe_[0], POLLIN, 0};
         unsigned char result = 0;
-        if (poll(&readable, 1, timeoutMs) != 1 || read(pipe_[0], &result, 1) != 1) return -1;
-        return result;
+        return poll(&readable, 1, timeoutMs) == 1 && read(pipe_[0], &result, 1) == 1 ? result : -1;
     }
-    int wait() {
-        int status = 0;
-        if (pid_ <= 0 || waitpid(pid_, &status, 0) != pid_) return -1;
-        pid_ = -1;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-private:
-    pid_t pid_ = -1;
-    int pipe_[2] = {-1, -1};
+    int pid_ = -1, pipe_[2] = {-1, -1};
 };
 
 using LockFunction = int (*)(int, const char*);
 
-class FileLock : public zt4test::DeviceTest {
+class Lock : public zt4test::DeviceTest {
 protected:
     void SetUp() override {
         DeviceTest::SetUp();
         writeFile("/var/tmp/shared.cfg", "x=1\n");
         file_ = path("/var/tmp/shared.cfg");
+        ASSERT_GE(semid_ = semget(IPC_PRIVATE, 1, IPC_CREAT | 0600), 0);
     }
-    // Whether another process can take a write lock at once.
-    bool otherCanWriteLock() const {
+    void TearDown() override {
+        semctl(semid_, 0, IPC_RMID);
+        DeviceTest::TearDown();
+    }
+    bool otherCanWriteLock() const {  // without waiting
         const std::string file = file_;
         Child child([file](int) {
-            struct flock probe;
-            std::memset(&probe, 0, sizeof probe);
+            struct flock probe = {};
             probe.l_type = F_WRLCK;
             return fcntl(open(file.c_str(), O_RDWR), F_SETLK, &probe) == 0 ? 1 : 0;
         });
         return child.report(kMustMs) == 1;
     }
+    std::string line(size_t i) const { return zt4test::capturedLog().at(i).text; }
+    std::string numbers(int value) const {  // the report from the value to the set's owner
+        return "value=" + std::to_string(value) + ", ncount=0, zcount=0, pid=" + std::to_string(getpid()) +
+               " semid=" + std::to_string(semid_) + ", uid=" + std::to_string(getuid());
+    }
     std::string file_;
+    int semid_ = -1;
 };
 
-struct Contention { LockFunction hold, release, request; bool waits; };
-
 // A conflicting request waits inside the call and proceeds once the holder releases.
-TEST_F(FileLock, SecondProcessWaitsOnlyForAConflictingLock) {
-    const Contention rows[] = {{LockReadFile, UnLockReadFile, LockReadFile, false},
-                               {LockReadFile, UnLockReadFile, LockWriteFile, true},
-                               {LockWriteFile, UnLockWriteFile, LockReadFile, true}};
-    for (const Contention& row : rows) {
+TEST_F(Lock, ASecondProcessWaitsOnlyForAConflictingLock) {
+    const struct { LockFunction hold, release, request; bool waits; } rows[] = {
+        {LockReadFile, UnLockReadFile, LockReadFile, false}, {LockReadFile, UnLockReadFile, LockWriteFile, true},
+        {LockWriteFile, UnLockWriteFile, LockReadFile, true}};
+    for (const auto& row : rows) {
         const int fd = open(file_.c_str(), O_RDWR);
         ASSERT_EQ(row.hold(fd, "f"), 0);
         const std::string file = file_;
@@ -103,7 +101,6 @@ TEST_F(FileLock, SecondProcessWaitsOnlyForAConflictingLock) {
         EXPECT_EQ(waiter.report(row.waits ? kMustNotMs : kMustMs), row.waits ? -1 : 10) << row.waits;
         EXPECT_EQ(row.release(fd, "f"), 0);
         EXPECT_EQ(row.waits ? waiter.report(kMustMs) : 10, 10) << "never got the lock";
-        EXPECT_EQ(waiter.wait(), 0);
         close(fd);
     }
     // Descriptor 0 is a descriptor like any other.
@@ -114,91 +111,54 @@ TEST_F(FileLock, SecondProcessWaitsOnlyForAConflictingLock) {
     close(saved);
 }
 
-enum Descriptor { Negative, Closed, ReadOnly, Valid };
-struct BadCall { LockFunction call; Descriptor descriptor; const char* name; const char* line; };
-
-TEST_F(FileLock, RefusedCallsSayWhyAndLockNothing) {
-    const BadCall rows[] = {
-        {LockReadFile, Negative, "f", ""}, {LockReadFile, Valid, nullptr, ""}, {UnLockReadFile, Negative, "f", ""},
-        {UnLockReadFile, Valid, nullptr, ""},
-        {LockWriteFile, Negative, "f", "error.[LockWriteFile]: fd INVALID for f"},
-        {UnLockWriteFile, Negative, "f", "error.[UnLockWriteFile]: fd INVALID for f"},
-        {LockWriteFile, Valid, nullptr, "error.[LockWriteFile]: filename NULL"},
-        {UnLockWriteFile, Negative, nullptr, "error.[UnLockWriteFile]: filename NULL"},
-        {LockWriteFile, ReadOnly, "f", "error.[LockWriteFile]: fnctl() Bad file descriptor while locking file f"},
-        {LockReadFile, Closed, "f", "error.[LockReadFile]: fnctl() Bad file descriptor while locking file f"},
-        {UnLockReadFile, Closed, "f", "error.[UnLockReadFile]: fnctl() Bad file descriptor while unlocking file f"},
-        {UnLockWriteFile, Closed, "f", "error.[UnLockWriteFile]: fnctl() Bad file descriptor while unlocking file f"},
-    };
-    for (const BadCall& row : rows) {
+TEST_F(Lock, RefusedCallsSayWhyAndLockNothing) {
+    const std::map<std::string, LockFunction> calls = {{"LockReadFile", LockReadFile}, {"UnLockReadFile", UnLockReadFile},
+                                                       {"LockWriteFile", LockWriteFile}, {"UnLockWriteFile", UnLockWriteFile}};
+    for (const zt4test::Row& row : zt4test::tableFile("lock", "refused_calls.tsv")) {
         zt4test::clearLog();
-        const int fd = row.descriptor == Negative ? -1 : row.descriptor == Closed ? 1000
-                     : open(file_.c_str(), row.descriptor == ReadOnly ? O_RDONLY : O_RDWR);
-        EXPECT_EQ(row.call(fd, row.name), -1) << row.line;
-        EXPECT_EQ(zt4test::capturedLog().size(), *row.line ? 1u : 0u) << zt4test::logDump();
-        EXPECT_TRUE(!*row.line || zt4test::logged(row.line, LOG_ERR)) << zt4test::logDump();
-        EXPECT_TRUE(otherCanWriteLock()) << row.line;
-        if (row.descriptor >= ReadOnly) close(fd);
+        const bool opened = row.at(1) == "valid" || row[1] == "read-only";
+        const int fd = opened ? open(file_.c_str(), row[1] == "valid" ? O_RDWR : O_RDONLY) : row[1] == "closed" ? 1000 : -1;
+        EXPECT_EQ(calls.at(row[0])(fd, zt4test::orNull(row.at(2))), -1) << row[3];
+        EXPECT_EQ(zt4test::capturedLog().size(), row.at(3) == "-" ? 0u : 1u) << zt4test::logDump();
+        EXPECT_TRUE(row[3] == "-" || zt4test::logged(row[3], LOG_ERR)) << zt4test::logDump();
+        EXPECT_TRUE(otherCanWriteLock()) << row[3];
+        if (opened) close(fd);
     }
 }
 
-TEST_F(FileLock, TracesFromDebugLevelThree) {
+TEST_F(Lock, FileLocksTraceFromDebugLevelThree) {
     const int fd = open(file_.c_str(), O_RDWR);
     for (int level : {2, 3}) {
         debug_level = level;
         zt4test::clearLog();
-        ASSERT_EQ(LockWriteFile(fd, "w.cfg") + UnLockWriteFile(fd, "w.cfg") + LockReadFile(fd, "r.cfg") +
-                  UnLockReadFile(fd, "r.cfg"), 0);
+        ASSERT_EQ(LockWriteFile(fd, "w.cfg") + UnLockWriteFile(fd, "w.cfg") + LockReadFile(fd, "r.cfg") + UnLockReadFile(fd, "r.cfg"), 0);
         EXPECT_EQ(zt4test::capturedLog().size(), level == 2 ? 0u : 4u) << zt4test::logDump();
     }
-    for (const char* line : {"[LockWriteFile]: lock file w.cfg", "[UnLockWriteFile]: unlock file w.cfg",
+    for (const char* text : {"[LockWriteFile]: lock file w.cfg", "[UnLockWriteFile]: unlock file w.cfg",
                              "[LockReadFile]: lock file r.cfg", "[UnLockReadFile]: unlock file r.cfg"}) {
-        EXPECT_TRUE(zt4test::logged(line, LOG_INFO)) << line;
+        EXPECT_TRUE(zt4test::logged(text, LOG_INFO)) << text;
     }
     close(fd);
 }
 
-// A private one-semaphore set per test.
-class Semaphore : public zt4test::DeviceTest {
-protected:
-    void SetUp() override {
-        DeviceTest::SetUp();
-        ASSERT_GE(semid_ = semget(IPC_PRIVATE, 1, IPC_CREAT | 0600), 0);
-    }
-    void TearDown() override {
-        semctl(semid_, 0, IPC_RMID);
-        DeviceTest::TearDown();
-    }
-    int value() const { return semctl(semid_, 0, GETVAL); }
-    std::string line(size_t i) const { return zt4test::capturedLog().at(i).text; }
-    std::string numbers(int value) const {  // the report from the value to the set's identifier
-        return "value=" + std::to_string(value) + ", ncount=0, zcount=0, pid=" + std::to_string(getpid()) +
-               " semid=" + std::to_string(semid_) + ", uid=" + std::to_string(getuid());
-    }
-    int semid_ = -1;
-};
-
-TEST_F(Semaphore, WaitAndSignalMoveTheValueAndReportFromLevelThree) {
+TEST_F(Lock, WaitAndSignalMoveTheValueAndReportFromLevelThree) {
     ASSERT_EQ(semctl(semid_, 0, SETVAL, 2), 0);
     debug_level = 2;
     EXPECT_EQ(Psem(semid_), 0);
-    EXPECT_EQ(value(), 1);
     EXPECT_TRUE(zt4test::capturedLog().empty()) << zt4test::logDump();
     debug_level = 3;
     EXPECT_EQ(Psem(semid_), 0);
-    EXPECT_EQ(value(), 0);
+    EXPECT_EQ(semctl(semid_, 0, GETVAL), 0);
     EXPECT_EQ(Vsem(semid_), 0);
-    EXPECT_EQ(value(), 1);
+    EXPECT_EQ(semctl(semid_, 0, GETVAL), 1);
     ASSERT_EQ(zt4test::capturedLog().size(), 2u) << zt4test::logDump();
     EXPECT_EQ(line(0).rfind("BEFORE PSEM | " + numbers(1), 0), 0u) << line(0);
     EXPECT_EQ(line(1).rfind("BEFORE VSEM | " + numbers(0), 0), 0u) << line(1);
     // A child that takes the semaphore and dies gives it back; a waiting child goes on after Vsem.
     const int id = semid_;
     debug_level = 0;
-    Child holder([id](int) { return Psem(id); });
-    EXPECT_EQ(holder.report(kMustMs), 0);
-    EXPECT_EQ(holder.wait(), 0);
-    EXPECT_EQ(value(), 1);
+    EXPECT_EQ(Child([id](int) { return Psem(id); }).report(kMustMs), 0);
+    ASSERT_EQ(semctl(semid_, 0, GETVAL), 1);
     ASSERT_EQ(semctl(semid_, 0, SETVAL, 0), 0);
     Child waiter([id](int out) { Child::ready(out); return 10 + Psem(id); });
     ASSERT_EQ(waiter.report(kMustMs), kReady);
@@ -207,7 +167,7 @@ TEST_F(Semaphore, WaitAndSignalMoveTheValueAndReportFromLevelThree) {
     EXPECT_EQ(waiter.report(kMustMs), 10);
 }
 
-TEST_F(Semaphore, ReportDescribesTheSet) {
+TEST_F(Lock, TheSemaphoreReportDescribesTheSet) {
     ASSERT_EQ(semctl(semid_, 0, SETVAL, 3), 0);
     const struct { int moment, operation; const char* prefix; } rows[] = {
         {1, 1, "AFTER  VSEM | "}, {1, -1, "AFTER  PSEM | "}, {0, 7, "BEFORE Info: "}, {2, 0, "Info: "}, {-1, 1, "VSEM | "}};
@@ -221,12 +181,9 @@ TEST_F(Semaphore, ReportDescribesTheSet) {
         EXPECT_EQ(line(0).rfind(row.prefix + numbers(3) + ", gid=" + std::to_string(getgid()) + ", cuid=" +
                                 std::to_string(getuid()) + ", cgid=" + std::to_string(getgid()), 0), 0u) << line(0);
         // No operation yet: the last-operation time is the epoch as ctime(3) renders it.
-        EXPECT_NE(line(0).find(std::string(", mode=0600, N\xC2\xB0sem=1, otime=") + epochText + ", ctime="),
-                  std::string::npos) << line(0);
+        EXPECT_NE(line(0).find(std::string(", mode=0600, N\xC2\xB0sem=1, otime=") + epochText + ", ctime="), std::string::npos);
     }
-}
-
-TEST_F(Semaphore, ARemovedSetFailsWithOneAndTheSpacedMessage) {
+    // A removed set: the operations fail with 1 and the spaced message, the report flags the status.
     semctl(semid_, 0, IPC_RMID);
     for (auto [name, operation] : {std::pair<const char*, int (*)(int)>{"Psem", Psem}, {"Vsem", Vsem}}) {
         zt4test::clearLog();
@@ -240,8 +197,7 @@ TEST_F(Semaphore, ARemovedSetFailsWithOneAndTheSpacedMessage) {
     ASSERT_EQ(zt4test::capturedLog().size(), 3u) << zt4test::logDump();
     EXPECT_EQ(line(0), "error.[displayInfoSem]: semctl() IPC_STAT: Invalid argument");
     EXPECT_EQ(line(1), "error.[displayInfoSem]: semctl() GETPID: Invalid argument");
-    EXPECT_EQ(line(2).rfind("AFTER  PSEM | ERR STAT | value=-1, ncount=-1, zcount=-1, pid=-1 semid=" +
-                            std::to_string(semid_) + ", ", 0), 0u) << line(2);
+    EXPECT_EQ(line(2).rfind("AFTER  PSEM | ERR STAT | value=-1, ncount=-1, zcount=-1, pid=-1 semid=" + std::to_string(semid_) + ", ", 0), 0u);
 }
 
 }  // namespace
