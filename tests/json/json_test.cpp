@@ -12,8 +12,7 @@
 
 namespace {
 
-// Checks a result (released here) against its compact text ("(null)" for none), and that `line`
-// was the only line logged, at `priority`; a null `line`: nothing logged.
+// Checks a result (released here) against its compact text, and that `line` (or nothing) alone was logged.
 void expectResult(json_t* result, const char* expected, const char* line, int priority = LOG_ERR) {
     EXPECT_EQ(zt4test::compact(result), expected);
     EXPECT_EQ(zt4test::capturedLog().size(), line ? 1u : 0u) << zt4test::logDump();
@@ -34,7 +33,6 @@ const std::map<std::string, Check> kChecks = {
     {"text31", [](const json_t* j, const char* k) { return json_check_string_default(j, k, "abcdefghijklmnopqrstuvwxyz01234"); }},
     {"boolean", json_check_boolean}, {"ipv4", json_check_ipv4}, {"addressing", json_check_ipv4_addressing}};
 
-// Each row: the check, the document, the one line logged ("-" when the key passes).
 TEST(TypedCheck, PassesOrLogsOneLineAndNeverChangesTheObject) {
     for (const zt4test::Row& row : zt4test::tableFile("json", "checks.tsv")) {
         zt4test::clearLog();
@@ -115,7 +113,7 @@ TEST_F(Document, WriteKeepsOrderEscapesAndIndentsBy17OrFailsAfterTruncating) {
     json_decref(document);
 }
 
-TEST_F(Document, JSONifyParsesWithTheDocumentFlags) {
+TEST_F(Document, JSONifyParsesWithTheDocumentFlagsAndPrintJSONLogsAboveLevelTwo) {
     expectResult(JSONify("{\"b\":[1,2.5],\"a\":\"x\\u0000y\"}"), "{\"a\":\"x\\u0000y\",\"b\":[1,2.5]}", nullptr);
     expectResult(JSONify(nullptr), "(null)", "error.[JSONify]: root NULL");
     // A parse failure is a warning carrying the parser's details.
@@ -123,9 +121,7 @@ TEST_F(Document, JSONifyParsesWithTheDocumentFlags) {
                                                       "source: <buffer>. column: 4. position: 10", LOG_WARNING);
     expectResult(JSONify("{\"a\":1,\"a\":2}"), "(null)", "error.[JSONify]: json_loads on line 1: text: duplicate object key near "
                                                           "'\"a\"'. source: <buffer>. column: 10. position: 10", LOG_WARNING);
-}
-
-TEST_F(Document, PrintJSONLogsOnlyAboveLevelTwo) {
+    // printJSON logs the document only above debug level 2.
     json_t* value = zt4test::parse("{\"b\":1,\"a\":[true,\"s\"]}");
     const struct { int level; const char* label; const char* line; } rows[] = {
         {2, "Web", nullptr}, {3, "Web", "Web: {\"b\": 1, \"a\": [true, \"s\"]}"}, {7, nullptr, " {\"b\": 1, \"a\": [true, \"s\"]}"}};

@@ -1,5 +1,4 @@
-// Record locks and semaphores between processes: who waits for whom, what a refused call says,
-// and the semaphore report.
+// Record locks and semaphores between processes: who waits for whom, refused calls, the semaphore report.
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
@@ -23,8 +22,7 @@ constexpr int kReady = 200;      // a child reports this just before its blockin
 constexpr int kMustMs = 5000;    // bound for what must happen
 constexpr int kMustNotMs = 100;  // window in which a blocked child must stay silent
 
-// A forked child that reports bytes through a pipe (its body gets the write end) and ends with
-// _exit, never returning into the test framework.
+// A forked child reporting bytes through a pipe (its body gets the write end); it ends with _exit.
 class Child {
 public:
     explicit Child(const std::function<int(int)>& body) {
