@@ -93,8 +93,7 @@ TEST_F(Record, QueriesAnswerFromEnableAndModeAndRefuseBadArguments) {
         }
     }
     EXPECT_TRUE(zt4test::capturedLog().empty()) << zt4test::logDump();
-    EXPECT_EQ(isModeThreephaseNonBalanced(data.connectors, 18) + isModeThreephaseNonBalanced(nullptr, 0), 0);
-    EXPECT_EQ(isModeThreephaseNonBalanced(data.connectors, UINT32_MAX), 0);
+    EXPECT_EQ(isModeThreephaseNonBalanced(data.connectors, 18) + isModeThreephaseNonBalanced(data.connectors, UINT32_MAX) + isModeThreephaseNonBalanced(nullptr, 0), 0);
     set({{0, 0, 1, 1}, {2, 1, 1, 5}});
     EXPECT_EQ(isConnectorEnabled(data.connectors, 6), -1);
     EXPECT_TRUE(zt4test::logged("error.[isConnectorEnabled]: Connector ID 6 INVALID", LOG_ERR));
@@ -118,8 +117,7 @@ std::vector<std::string> infoLines() {
 }
 
 TEST_F(Record, DisplayWritesTheActiveChannelsAndEveryConnectorsOptions) {
-    const uint8_t setup[] = {4, 4, 4, 1, 1, 0};
-    std::memcpy(data.setupModes, setup, sizeof setup);
+    std::memcpy(data.setupModes, "\4\4\4\1\1\0", sizeof data.setupModes);  // modes 4, 4, 4, 1, 1, 0
     data.meterRunning = 1;
     ConnectorConfig& connector = data.connectors[1];
     connector.vtPrimary = 400.0f;

@@ -15,13 +15,12 @@ TEST_F(Tool, ResultsOnStdoutDiagnosticsOnStderrAndTheExitStatus) {
     writeFile("/home/nvram/radiodeveui", "70:B3:D5:7E:D0:01:23:45\n");
     writeFile("/home/nvram/update.json", R"({"Web":{"Port":81},"Modbus":{"Port":502}})");
     writeFile("/home/nvram/zt4system.json", R"({"Device":{"Model":"ZT4"}})");
-    const std::string update = path("/home/nvram/update.json");
     const struct { std::string arguments; int status; const char* out; std::string err; } rows[] = {
         // out: stdout as compact JSON, or its exact text; err: a fragment of stderr, "" when it must be empty.
         {"model --json", 2, "", "model takes no argument"},
         {"show system", 0, R"({"Device":{"Model":"ZT4"}})", ""},
         {"syntax system", 0, "0", "zt4config: Configuration file Syntax 0 by default\n"},
-        {"merge system " + update, 0, R"({"Device":{"Model":"ZT4"},"Modbus":{"Port":502},"Web":{"Port":81}})",
+        {"merge system " + path("/home/nvram/update.json"), 0, R"({"Device":{"Model":"ZT4"},"Modbus":{"Port":502},"Web":{"Port":81}})",
          "[writeJSONZT4SystemFile]: File '" + path("/home/nvram/zt4system-tmp.json") + "' renamed successfully"},
         {"radio get deveui", 0, R"({"deveui":"70:B3:D5:7E:D0:01:23:45"})", ""},
         {"radio set deveui 70:B3", 1, "", "error.[setRadioDEVEUI] value format is wrong"},
