@@ -18,9 +18,8 @@
 
 namespace {
 
-constexpr int kReady = 200;      // a child reports this just before its blocking call
-constexpr int kMustMs = 5000;    // bound for what must happen
-constexpr int kMustNotMs = 100;  // window in which a blocked child must stay silent
+// A child reports kReady just before its blocking call; bounds for what must happen and for a blocked child's silence.
+constexpr int kReady = 200, kMustMs = 5000, kMustNotMs = 100;
 
 // A forked child reporting bytes through a pipe (its body gets the write end); it ends with _exit.
 class Child {

@@ -26,8 +26,7 @@ TEST(Enumerations, TablesAccessorsAndValidators) {
         EXPECT_STREQ(getRatePlier(i), row.at(3).c_str()) << i;
         EXPECT_EQ(getxPlier(i), std::stof(row.at(4))) << i;
         EXPECT_EQ(getAmpsPlier(i), std::stoul(row.at(5))) << i;
-        EXPECT_TRUE(i > 8 || (row[2] == Plier[i].name && row[3] == Plier[i].rate && Plier[i].x == std::stof(row[4]) &&
-                              Plier[i].amps == std::stoul(row[5]))) << i;
+        EXPECT_TRUE(i > 8 || (row[2] == Plier[i].name && row[3] == Plier[i].rate && Plier[i].x == std::stof(row[4]) && Plier[i].amps == std::stoul(row[5])));
     }
 #define V(expression, expected) {#expression, [] { return expression; }, expected}
     // The validators accept exactly their range and log nothing.
@@ -126,6 +125,7 @@ TEST_F(Record, DisplayWritesTheActiveChannelsAndEveryConnectorsOptions) {
     connector.channels[0] = connector.channels[1] = connector.channels[2];
     connector.channels[0].mode = 0;    // on but in mode 0: not shown
     connector.channels[1].enable = 0;  // in a mode but off: not shown
+    data.expert.connectors[0].channels[0] = ChannelExpert{0.0f, 1, 1, 0};  // read past the last connector: an active channel
     data.expert.connectors[1] = ConnectorExpert{1, 2, 1, 1, 30, 1, 3.5355f, {{}, {}, {20.0f, 1, 0, 1}}};  // 2: not enabled
     data.expert.nominalVoltage = 230.0f;
     data.expert.lineFrequency = 50.0f;
@@ -294,6 +294,7 @@ TEST_F(Readers, AFailingReaderKeepsWhatItHadRead) {
         {{{kUser, "Connectors/1/Channel", nullptr}},
          "error.[readZT4ConfigConnectorsSyntaxVersion1]: FAILED to read Object JSON Cnl of Connector2", F(CH(0, 0).mode, 4)},
         {{{kUser, "Expert/Sag/Phase/1", "1"}}, "error.[readZT4ConfigExpertSyntaxVersion1]: Sag phase 2 NULL", F(expert.sagLevel, 292.7422)},
+        {{{kUser, "Expert/Connectors/1", "1"}}, "error.[readZT4ConfigExpertSyntaxVersion1]: FAILED to read Object JSON Expert Connector2", F(EX(0).period, 15)},
     };
     for (const auto& row : rows) {
         restore();
