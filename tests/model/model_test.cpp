@@ -283,9 +283,9 @@ TEST_F(Readers, OverCurrentThresholdIsAPeakOnTheSecondaryScale) {
     }
 }
 
-// A failing reader stops readZT4AllConfig and keeps what it had read.
-TEST_F(Readers, AFailingReaderKeepsWhatItHadRead) {
+TEST_F(Readers, AFailingReaderStopsTheWholeReadAndKeepsWhatItHadRead) {
     const struct { std::initializer_list<Edit> edits; const char* line; Field kept; } rows[] = {
+        {{{kSystem, "Connectors", nullptr}}, "error.[readZT4SystemConnectorsSyntaxVersion1]: json NULL", F(connectors[3].enabled, 1)},
         {{{kSystem, "Connectors/1/Enable", "0"}, {kSystem, "Connectors/2", "1"}},
          "error.[readZT4SystemConnectorsSyntaxVersion1]: FAILED to read Object JSON Connector3", F(connectors[1].enabled, 0)},
         {{{kSystem, "Expert", nullptr}}, "error.[readZT4AllConfig]: FAILED to read Expert system configuration", F(expert.lineFrequency, 50.0)},
