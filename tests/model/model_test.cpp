@@ -171,12 +171,9 @@ protected:
             std::string key = edit.at;
             for (size_t cut; (cut = key.find('/')) != std::string::npos; key.erase(0, cut + 1)) node = child(node, key.substr(0, cut));
             json_t* value = edit.value ? json_loads(edit.value, JSON_DECODE_ANY, nullptr) : nullptr;
-            const size_t index = json_is_array(node) ? std::stoul(key) : 0;
-            EXPECT_EQ(json_is_array(node) ? (value ? json_array_set_new(node, index, value) : json_array_remove(node, index))
+            EXPECT_EQ(json_is_array(node) ? (value ? json_array_set_new(node, std::stoul(key), value) : json_array_remove(node, std::stoul(key)))
                                           : (value ? json_object_set_new(node, key.c_str(), value) : json_object_del(node, key.c_str())), 0) << edit.at;
-            char* text = json_dumps(document.get(), JSON_PRESERVE_ORDER);
-            writeFile(edit.file, text);
-            free(text);
+            writeFile(edit.file, zt4test::compact(document.get()));
         }
     }
     static json_t* child(json_t* node, const std::string& key) {
@@ -256,15 +253,16 @@ TEST_F(Readers, ExpertOptionsModeSixAndOmittedSystemConnectors) {
     apply({{kSystem, "Expert/Sag/Cycle", "4"}, {kSystem, "Expert/Sag/Enable", "0"}, {kSystem, "Expert/StartupCycle/Enable", "0"},
            {kSystem, "Expert/CircuitBreakerTrip/CurrentTransformerThreshold", "5"}, {kUser, "Expert/Sag/Phase/2/Enable", "0"},
            {kUser, "Expert/Swell/Phase/0/Enable", "0"}, {kUser, "Connectors/1/Mode", "6"}, {kSystem, "Connectors/0/Enable", "0"},
-           {kSystem, "Connectors/5", nullptr}, {kSystem, "Connectors/4", nullptr}});
-    ASSERT_EQ(readZT4SystemExpert(&data), 0);
-    expect({F(expert.sagCycle, 4), F(expert.ctThreshold, 5), F(expert.sysSag, 0), F(expert.sysStartupCycle, 0), F(expert.sysTHD, 1)});
+           {kSystem, "Connectors/5", nullptr}, {kSystem, "Connectors/4", nullptr}, {kUser, "NominalVoltage", "240"}, {kUser, "LineFrequency", "60"}});
+    ASSERT_EQ(readZT4SystemExpert(&data) + readZT4ConfigConnector(&data), 0);
+    expect({F(expert.sagCycle, 4), F(expert.ctThreshold, 5), F(expert.sysSag, 0), F(expert.sysStartupCycle, 0), F(expert.sysTHD, 1),
+            F(expert.nominalVoltage, 240.0), F(expert.lineFrequency, 60.0)});
     ASSERT_EQ(readZT4AllConfig(&data), 0) << zt4test::logDump();
     expect({F(expert.sagCycle, 1), F(expert.ctThreshold, 2), F(expert.sagEnable, 0), F(expert.swellEnable, 1), F(expert.sagPhase[2], 0),
             F(expert.sagPhase[1], 1), F(expert.swellPhase[0], 0), F(expert.swellPhase[1], 1), F(EX(3).channels[1].startupCycle, 0),
             F(EX(3).channels[1].operatingTime, 1), F(EX(1).thd, 0), F(EX(1).powerImbalance, 0), F(EX(1).voltageImbalance, 1), F(EX(2).thd, 1),
             F(connectors[0].enabled, 0), F(CH(0, 0).enable, 0), F(connectors[0].currentImbalanceOff, 1), F(connectors[4].enabled, 1),
-            F(connectors[5].enabled, 1)});
+            F(connectors[5].enabled, 1), F(expert.nominalVoltage, 240.0), F(expert.lineFrequency, 60.0)});
     EXPECT_TRUE(zt4test::logged("readZT4SystemConnectorsSyntaxVersion1: System Connector 4 Enable = 1", LOG_INFO));
 }
 
@@ -294,6 +292,7 @@ TEST_F(Readers, AFailingReaderStopsTheWholeReadAndKeepsWhatItHadRead) {
         {{{kUser, "Connectors/1/Channel", nullptr}},
          "error.[readZT4ConfigConnectorsSyntaxVersion1]: FAILED to read Object JSON Cnl of Connector2", F(CH(0, 0).mode, 4)},
         {{{kUser, "Expert/Sag/Phase/1", "1"}}, "error.[readZT4ConfigExpertSyntaxVersion1]: Sag phase 2 NULL", F(expert.sagLevel, 292.7422)},
+        {{{kUser, "Expert/Swell/Phase", nullptr}}, "error.[readZT4ConfigExpertSyntaxVersion1]: FAILED to read Object Swell Phase", F(expert.sagLevel, 292.7422)},
         {{{kUser, "Expert/Connectors/1", "1"}}, "error.[readZT4ConfigExpertSyntaxVersion1]: FAILED to read Object JSON Expert Connector2", F(EX(0).period, 15)},
     };
     for (const auto& row : rows) {
