@@ -52,7 +52,6 @@ const char* const kMonophase = "/home/nvram/zt4calibration_monophase.cfg";
 
 class Calibration : public zt4test::DeviceTest {
 protected:
-    // The sample model, read from the standard file.
     Model sample() {
         writeFile(kStandard, data("model.cfg"));
         Model model(0);
@@ -119,11 +118,10 @@ class CalibrationReader : public Calibration, public ::testing::WithParamInterfa
 
 TEST_P(CalibrationReader, ReadsItsOwnFileAndFailsWithoutIt) {
     const ReaderRow& row = GetParam();
-    const std::string name = row.name;
     Model model, expected;
     EXPECT_EQ(row.read(model.connectors), 1);
     EXPECT_TRUE(model == expected);
-    EXPECT_TRUE(logged("error.[" + name + "]: FAILED to open " + row.wording + ". No such file or directory", LOG_ERR));
+    EXPECT_TRUE(logged("error.[" + std::string(row.name) + "]: FAILED to open " + row.wording + ". No such file or directory", LOG_ERR));
     JsonRef object(json_object());
     EXPECT_EQ(readConfigCalibration(object.get(), row.kind), 1);
     EXPECT_TRUE(logged(row.cantRead, LOG_ERR)) << zt4test::logDump();
@@ -131,9 +129,9 @@ TEST_P(CalibrationReader, ReadsItsOwnFileAndFailsWithoutIt) {
     expected.connectors[1].channels[1].CalCurrent = 0x21u;
     ASSERT_EQ(row.read(model.connectors), 0);
     EXPECT_TRUE(model == expected);
-    EXPECT_TRUE(logged("[" + name + "]: Read configuration from internal flash " + row.wording, LOG_INFO));
+    EXPECT_TRUE(logged("[" + std::string(row.name) + "]: Read configuration from internal flash " + row.wording, LOG_INFO));
     EXPECT_EQ(row.read(nullptr), 1);
-    EXPECT_TRUE(logged("error.[" + name + "]: Cnt is NULL", LOG_ERR)) << zt4test::logDump();
+    EXPECT_TRUE(logged("error.[" + std::string(row.name) + "]: Cnt is NULL", LOG_ERR)) << zt4test::logDump();
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, CalibrationReader, ::testing::Values(
@@ -282,10 +280,13 @@ TEST_P(CalibrationWriterFailure, TargetUntouchedAndFailureLogged) {
     if (row.obstacle == NoCopyCommand || row.obstacle == CopyCommandNotExecutable) setenv("PATH", path("/var/tmp").c_str(), 1);
     const Model model(0);
     JsonRef document(zt4test::parse(R"({"Connector":[]})"));
+    testing::internal::CaptureStderr();
     const int fromModel = writeConfigInitCalibration(model.connectors, row.kind);
+    const std::string printed = testing::internal::GetCapturedStderr();  // perror's line
     const int fromJson = writeConfigCalibration(document.get(), row.kind);
     setenv("PATH", savedPath.c_str(), 1);
     EXPECT_EQ(fromModel, row.result);
+    EXPECT_EQ(printed.find("open " + path("/home/nvram/zt4calibration.tmp") + ": No such file or directory\n") != std::string::npos, row.obstacle == NoDirectory) << printed;
     EXPECT_TRUE(logged(std::regex_replace(row.modelLine, std::regex("@"), target), row.priority)) << zt4test::logDump();
     EXPECT_EQ(fromJson, row.result);
     EXPECT_TRUE(logged(std::regex_replace(row.jsonLine, std::regex("@"), target), row.priority)) << zt4test::logDump();
@@ -352,9 +353,8 @@ const char* const kNew = "Connect_1_Cnl_1_CalVnom=231.50\nConnect_1_Cnl_1_CalPre
 INSTANTIATE_TEST_SUITE_P(Commands, CalibrationCli, ::testing::Values(
     CliRow{"ShowStandardByDefault", "calibration show", 0, "\"CalPref\": 3600", kStandard, kOld},
     CliRow{"ShowMissingFile", "calibration show monophase", 1, "FAILED to open calibration monophase configuration file", kMonophase, ""},
-    CliRow{"WriteFromFile", "calibration write threephase @/var/tmp/document.json", 0, "", kThreephase, kNew},
-    CliRow{"WriteEmptyInput", "calibration write standard - < /dev/null", 1, "", kStandard, kOld},
-    CliRow{"WriteWithoutFile", "calibration write standard", 2, "", kStandard, kOld}),
+    CliRow{"WriteFromFile", "calibration write threephase @/var/tmp/document.json", 0, "renamed successfully", kThreephase, kNew},
+    CliRow{"WriteWithoutFile", "calibration write standard", 2, "calibration write standard|threephase|monophase FILE|-", kStandard, kOld}),
     rowName<CliRow>);
 
 // A copy of this process, as fork() makes one; the bare system call, because glibc's fork()
