@@ -20,6 +20,12 @@ void removeTree(const std::string& path) {
     std::filesystem::remove_all(path, ignored);
 }
 
+void makeDirectories(const std::string& path) {
+    std::error_code error;
+    std::filesystem::create_directories(path, error);
+    EXPECT_TRUE(std::filesystem::is_directory(path)) << path << ": " << error.message();
+}
+
 void DeviceTest::SetUp() {
     const char* tmp = std::getenv("TMPDIR");
     std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/zt4test.XXXXXX";

@@ -26,6 +26,8 @@ std::string logDump();
 
 // Runs a shell-free recursive removal of a directory tree.
 void removeTree(const std::string& path);
+// Creates a directory and its missing parents (host path), failing the test when it cannot.
+void makeDirectories(const std::string& path);
 
 class DeviceTest : public ::testing::Test {
 protected:
