@@ -20,6 +20,23 @@ void removeTree(const std::string& path) {
     std::filesystem::remove_all(path, ignored);
 }
 
+std::string readText(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream content;
+    content << in.rdbuf();
+    return content.str();
+}
+
+void writeText(const std::string& path, const std::string& content) {
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out << content;
+    EXPECT_TRUE(out.good()) << path;
+}
+
+std::string exampleFile(const std::string& devicePath) { return readText(ZT4_EXAMPLE_DEVICE + devicePath); }
+json_t* exampleJson(const std::string& devicePath) { return parse(exampleFile(devicePath).c_str()); }
+
 void makeDirectories(const std::string& path) {
     std::error_code error;
     std::filesystem::create_directories(path, error);
@@ -49,17 +66,15 @@ void DeviceTest::TearDown() {
 }
 
 void DeviceTest::writeFile(const std::string& devicePath, const std::string& content) const {
-    std::filesystem::create_directories(std::filesystem::path(path(devicePath)).parent_path());
-    std::ofstream out(path(devicePath), std::ios::binary | std::ios::trunc);
-    out << content;
-    ASSERT_TRUE(out.good()) << devicePath;
+    writeText(path(devicePath), content);
 }
 
-std::string DeviceTest::readFile(const std::string& devicePath) const {
-    std::ifstream in(path(devicePath), std::ios::binary);
-    std::ostringstream content;
-    content << in.rdbuf();
-    return content.str();
+std::string DeviceTest::readFile(const std::string& devicePath) const { return readText(path(devicePath)); }
+json_t* DeviceTest::readJson(const std::string& devicePath) const { return parse(readFile(devicePath).c_str()); }
+
+void DeviceTest::useExampleDevice() const {
+    std::filesystem::copy(ZT4_EXAMPLE_DEVICE, root_, std::filesystem::copy_options::recursive |
+                                                          std::filesystem::copy_options::overwrite_existing);
 }
 
 bool DeviceTest::exists(const std::string& devicePath) const {
