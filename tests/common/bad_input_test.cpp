@@ -1,8 +1,6 @@
-// Every exported function called with what a careless caller passes: null pointers, numbers out
-// of range, JSON values of the wrong type, and an empty device root (no document, no value file).
-// Each call must come back with its failure result and say why in the log (or stay silent where
-// that is its contract); none may crash (the suite also runs under the sanitizers). The rows are
-// generated from the headers by bad_input_rows.py, completed by bad_input_overrides.txt.
+// Every exported function called with null pointers, numbers out of range, JSON values of the wrong
+// type, on an empty device root: its failure result, the error it logs (or silence where that is
+// its contract), no crash. Rows: bad_input_rows.py from the headers, plus bad_input_overrides.txt.
 #include <sys/stat.h>
 
 #include <cmath>

@@ -12,12 +12,7 @@ namespace {
 
 using zt4test::logged;
 
-struct RootCase {
-    const char* name;
-    const char* root;  // nullptr: unset
-    const char* path;
-    const char* expected;
-};
+struct RootCase { const char *name, *root, *path, *expected; };  // root nullptr: ZT4_ROOT unset
 
 class ResolvePath : public ::testing::TestWithParam<RootCase> {};
 

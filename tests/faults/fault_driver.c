@@ -1,11 +1,7 @@
-/* Runs library writers that the command-line tool does not offer, the way the tool runs its
- * commands: "fault_driver --root DIR OPERATION", the library's messages on stderr, exit status
- * 0 or 1 (2 for a usage error).
- *   create DEVICE_PATH   CreateFile(DIR/DEVICE_PATH): creates or empties the file
- *   energies             SetZT4AllEnergyIndex from an image of the pattern below
- *   counter NAME         the counter writer NAME (operating-time, startup, sag, swell,
- *                        over-current) from that image
- * The image's word at address a holds (a * 7 + 0x1234) & 0xFFFF. */
+/* Runs writers that the tool does not offer as the tool would: "fault_driver --root DIR OPERATION",
+ * messages on stderr, exit status 0, 1 or 2 (usage). OPERATION: "create DEVICE_PATH" (CreateFile),
+ * "energies" (SetZT4AllEnergyIndex) or "counter NAME" (a counter writer), from an image whose word
+ * at address a holds (a * 7 + 0x1234) & 0xFFFF. */
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>

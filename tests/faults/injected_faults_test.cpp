@@ -25,6 +25,7 @@
 #include <gtest/gtest.h>
 #include <jansson.h>
 
+#include "common/json_ref.hpp"
 #include "support/harness.hpp"
 
 namespace fs = std::filesystem;
@@ -34,14 +35,11 @@ namespace {
 using Tree = std::map<std::string, std::string>;  // device path -> content
 using Strings = std::vector<std::string>;
 
-// The libc calls that are made to fail: short name, libfiu point.
-const std::pair<const char*, const char*> kPoints[] = {
-    {"open", "posix/io/oc/open"},         {"fopen", "posix/stdio/oc/fopen"},     {"fdopen", "posix/stdio/oc/fdopen"},
-    {"write", "posix/io/rw/write"},       {"pwrite", "posix/io/rw/pwrite"},      {"fwrite", "posix/stdio/rw/fwrite"},
-    {"fprintf", "posix/stdio/sp/fprintf"}, {"fputs", "posix/stdio/gp/fputs"},    {"fflush", "posix/stdio/fflush"},
-    {"fsync", "posix/io/sync/fsync"},     {"fdatasync", "posix/io/sync/fdatasync"}, {"rename", "posix/io/dir/rename"},
-    {"fclose", "posix/stdio/oc/fclose"},  {"ftruncate", "posix/io/rw/ftruncate"},
-};
+// The libfiu points of the libc calls that are made to fail; the last word names the call.
+const char* const kPoints[] = {"posix/io/oc/open", "posix/stdio/oc/fopen", "posix/stdio/oc/fdopen", "posix/io/rw/write",
+    "posix/io/rw/pwrite", "posix/stdio/rw/fwrite", "posix/stdio/sp/fprintf", "posix/stdio/gp/fputs", "posix/stdio/fflush",
+    "posix/io/sync/fsync", "posix/io/sync/fdatasync", "posix/io/dir/rename", "posix/stdio/oc/fclose", "posix/io/rw/ftruncate"};
+std::string callOf(const std::string& point) { return point.substr(point.rfind('/') + 1); }
 
 const std::string kNvram = "/home/nvram/", kUser = kNvram + "zt4config.json",
                   kUserTmp = kNvram + "zt4configuration-tmp.json", kSystem = kNvram + "zt4system.json",
@@ -73,12 +71,11 @@ std::string userWithFrench() {
 }
 // The example's user document without "BACnet", written as the library writes.
 std::string userWithoutBACnet() {
-    json_t* document = zt4test::exampleJson(kUser);
-    json_object_del(document, "BACnet");
-    char* text = json_dumps(document, JSON_PRESERVE_ORDER | JSON_ENSURE_ASCII | JSON_INDENT(17));
-    std::string result = text != nullptr ? text : "";
+    const zt4::JsonRef document(zt4test::exampleJson(kUser));
+    json_object_del(document.get(), "BACnet");
+    char* text = json_dumps(document.get(), JSON_PRESERVE_ORDER | JSON_ENSURE_ASCII | JSON_INDENT(17));
+    const std::string result = text != nullptr ? text : "";
     free(text);
-    json_decref(document);
     return result;
 }
 
@@ -169,10 +166,7 @@ struct Workspace {
     Strings command;  // program and arguments, before "--root DIR" is inserted after the program
 };
 
-std::string tool() {
-    const char* cli = std::getenv("ZT4_CLI");
-    return cli != nullptr ? cli : "";
-}
+std::string tool() { return std::getenv("ZT4_CLI") != nullptr ? std::getenv("ZT4_CLI") : ""; }
 
 // Runs `command` with "--root ROOT" after the program, stdout to /dev/null, stderr to `errors`,
 // with `environment` added; the exit status, or -signal (-1 when it could not run).
@@ -225,14 +219,10 @@ Tree snapshot(const fs::path& root) {
 
 // A run with the preload: the status, stderr and the calls made through each point; the `nth`
 // call through `point` fails with `error` (none when nth is 0).
-struct FaultRun {
-    int status;
-    std::string errors;
-    std::map<std::string, unsigned long> calls;
-};
+struct FaultRun { int status; std::string errors; std::map<std::string, unsigned long> calls; };
 FaultRun runWithFault(const Workspace& s, const std::string& point, unsigned long nth, int error) {
     std::string points;
-    for (const auto& p : kPoints) points += (points.empty() ? "" : ",") + std::string(p.second);
+    for (const char* p : kPoints) points += (points.empty() ? "" : ",") + std::string(p);
     Strings environment = {std::string("LD_PRELOAD=") + ZT4_FAULT_PRELOAD, "ZT4_FAULT_POINTS=" + points,
                            "ZT4_FAULT_REPORT=" + (s.work / "calls").string()};
     if (nth > 0) {
@@ -275,12 +265,8 @@ bool partialOf(const std::string& complete, const std::string& partial, const st
 // Two documents with the same members (a document may be rewritten with its keys in another
 // order when a section had to be rebuilt).
 bool sameDocument(const std::string& a, const std::string& b) {
-    json_t* left = json_loads(a.c_str(), 0, nullptr);
-    json_t* right = json_loads(b.c_str(), 0, nullptr);
-    const bool same = left != nullptr && right != nullptr && json_equal(left, right);
-    json_decref(left);
-    json_decref(right);
-    return same;
+    const zt4::JsonRef left(json_loads(a.c_str(), 0, nullptr)), right(json_loads(b.c_str(), 0, nullptr));
+    return left && right && json_equal(left.get(), right.get());
 }
 
 // A line that says why: the library's "error.[...]" and "... FAILED ..." lines, the tool's own.
@@ -309,8 +295,7 @@ class InjectedFaults : public ::testing::TestWithParam<Writer> {};
 
 TEST_P(InjectedFaults, EveryFailingCallIsRefusedAndLosesNothing) {
     const Writer& w = GetParam();
-    if (tool().empty()) GTEST_SKIP() << "ZT4_CLI not set";
-    if (tool().find(' ') != std::string::npos) GTEST_SKIP() << "the tool runs under an emulator: the preloaded wrappers are host code";
+    if (tool().empty() || tool().find(' ') != std::string::npos) GTEST_SKIP() << "no tool, or it runs under an emulator (host wrappers)";
     if (std::string(ZT4_FAULT_SKIP) != "") GTEST_SKIP() << ZT4_FAULT_SKIP;
     const Workspace s = prepare(w, "faults");
     const Tree before = snapshot(s.pristine);
@@ -325,12 +310,12 @@ TEST_P(InjectedFaults, EveryFailingCallIsRefusedAndLosesNothing) {
     EXPECT_EQ(changed, std::set<std::string>(w.changes.begin(), w.changes.end()));
     const std::string first = after.count(w.changes[0]) ? after.at(w.changes[0]) : "";
     EXPECT_TRUE(w.blocks.empty() || blockwise(before.at(w.changes[0]), first, first, w.blocks)) << "bytes outside the blocks changed";
-    for (const auto& [name, point] : kPoints)
-        EXPECT_TRUE(!contains(w.made, name) || clean.calls.at(point) > 0) << name << " is never called: the preload is not active";
+    for (const char* point : kPoints)
+        EXPECT_TRUE(!contains(w.made, callOf(point)) || clean.calls.at(point) > 0) << point << " is never called: the preload is not active";
     for (const Tree* tree : {&before, &after}) for (const auto& e : *tree) paths.insert(e.first);
 
     unsigned long injected = 0;
-    for (const auto& [name, point] : kPoints) {
+    for (const char* point : kPoints) {
         const unsigned long count = clean.calls.count(point) ? clean.calls.at(point) : 0;
         for (const unsigned long k : callsToFail(count)) {
             for (const int error : {ENOSPC, EIO}) {
@@ -339,7 +324,7 @@ TEST_P(InjectedFaults, EveryFailingCallIsRefusedAndLosesNothing) {
                 const FaultRun failed = runWithFault(s, point, k, error);
                 const Tree now = snapshot(s.root);
                 ++injected;
-                const std::string where = std::string(name) + " call " + std::to_string(k) + " of " + std::to_string(count) +
+                const std::string where = callOf(point) + " call " + std::to_string(k) + " of " + std::to_string(count) +
                                           " (" + std::strerror(error) + ")";
                 ASSERT_TRUE(failed.status == 0 || failed.status == 1) << where << ": status " << failed.status << "\n" << failed.errors;
                 EXPECT_TRUE(failed.status == 0 || saysWhy(failed.errors)) << where << ": refused without an error line";
@@ -369,9 +354,7 @@ INSTANTIATE_TEST_SUITE_P(Writers, InjectedFaults, ::testing::ValuesIn(writers())
                          [](const ::testing::TestParamInfo<Writer>& row) { return std::string(row.param.label); });
 
 // strace lines "PID name(arguments) = result" (signals, exits and unfinished calls left out).
-struct Call {
-    std::string name, arguments, result;
-};
+struct Call { std::string name, arguments, result; };
 std::vector<Call> readTrace(const fs::path& path) {
     static const std::regex line(R"(^\d+\s+(\w+)\((.*)\)\s+=\s+(-?\d+).*$)");
     std::vector<Call> calls;
@@ -386,8 +369,7 @@ class WriteOrder : public ::testing::TestWithParam<Writer> {};
 
 TEST_P(WriteOrder, TemporaryWrittenSyncedRenamedThenSynced) {
     const Writer& w = GetParam();
-    if (tool().empty()) GTEST_SKIP() << "ZT4_CLI not set";
-    if (tool().find(' ') != std::string::npos) GTEST_SKIP() << "the tool runs under an emulator: strace would trace the emulator";
+    if (tool().empty() || tool().find(' ') != std::string::npos) GTEST_SKIP() << "no tool, or it runs under an emulator (strace would trace it)";
     if (std::system("strace -V >/dev/null 2>&1") != 0) GTEST_SKIP() << "strace is not installed";
     const Workspace s = prepare(w, "order");
     fs::copy(s.pristine, s.root, fs::copy_options::recursive);

@@ -18,12 +18,9 @@
 
 enum { kMaxPoints = 32, kMaxName = 64 };
 
-static char names[kMaxPoints][kMaxName];
-static unsigned long counts[kMaxPoints];
-static int pointCount;
-static int failing = -1;
-static unsigned long failingCall;
-static char report[512];
+static char names[kMaxPoints][kMaxName], report[512];
+static unsigned long counts[kMaxPoints], failingCall;
+static int pointCount, failing = -1;
 
 static int decide(const char* name, int* failnum, void** failinfo, unsigned int* flags) {
     (void)failnum, (void)failinfo, (void)flags;
@@ -45,18 +42,13 @@ __attribute__((constructor)) static void arm(void) {
     failingCall = nth != NULL ? strtoul(nth, NULL, 10) : 0;
     if (out != NULL) snprintf(report, sizeof report, "%s", out);
     fiu_init(0);
-    const char* cursor = list;
-    while (*cursor != '\0' && pointCount < kMaxPoints) {
-        size_t length = strcspn(cursor, ",");
-        if (length > 0 && length < kMaxName) {
-            memcpy(names[pointCount], cursor, length);
-            names[pointCount][length] = '\0';
-            if (point != NULL && strcmp(names[pointCount], point) == 0) failing = pointCount;
-            fiu_enable_external(names[pointCount], 1, (void*)(intptr_t)error, 0, decide);
-            ++pointCount;
-        }
-        cursor += length;
-        if (*cursor == ',') ++cursor;
+    static char copy[kMaxPoints * kMaxName];
+    snprintf(copy, sizeof copy, "%s", list);
+    char* save = NULL;
+    for (char* name = strtok_r(copy, ",", &save); name != NULL && pointCount < kMaxPoints; name = strtok_r(NULL, ",", &save)) {
+        snprintf(names[pointCount], kMaxName, "%s", name);
+        if (point != NULL && strcmp(name, point) == 0) failing = pointCount;
+        fiu_enable_external(names[pointCount++], 1, (void*)(intptr_t)error, 0, decide);
     }
     for (const char* const* v = (const char* const[]){"LD_PRELOAD", "ZT4_FAULT_POINTS", "ZT4_FAULT_POINT", "ZT4_FAULT_NTH",
                                                       "ZT4_FAULT_ERRNO", "ZT4_FAULT_REPORT", NULL}; *v != NULL; ++v)
