@@ -5,9 +5,10 @@ Each declaration `ZT4_API <type> name(params) ZT4_NOEXCEPT;` gets one row: every
 and every number is out of its range (a value chosen by the parameter's name); the failure result
 is read from the comment above the declaration or its group's heading ("..., or -1", "0 or 1",
 "else 0", "or NULL", "Same operation as f"), and an error line ("error.") is expected in the log,
-or none where the comment says the failure is silent. The override file adds rows and replaces the generated row
-of the same arguments; a function whose result the comment does not give plainly must have an
-override row, or the generator fails (so that no new export goes unchecked).
+or none where the comment says the failure is silent. The override file adds rows and replaces
+the generated row of the same arguments; a function whose result the comment does not give
+plainly must have an override row, and a declaration that cannot be read fails the generator too
+(so that no new export goes unchecked).
 
 usage: bad_input_rows.py <include dir> <override file> <output .inc>
 """
@@ -23,7 +24,7 @@ BAD_NUMBER = {"size": "16", "length": "16", "index": "200", "enable": "2", "id":
               "addr": "844", "direction": "2", "value": "999999", "groups": "8", "minimum": "-1",
               "maximum": "-1", "expected": "-1", "moment": "-1", "operation": "-1", "defaultVersion": "200"}
 DECLARATION = re.compile(r"ZT4_API\s+(?!extern)([^;(]*?)\b(\w+)\s*\(([^;]*?)\)\s*ZT4_NOEXCEPT\s*;", re.S)
-TOKEN = re.compile(r"/\*.*?\*/|ZT4_API[^;]*;|\n[ \t]*\n", re.S)
+TOKEN = re.compile(r"/\*.*?\*/|^[ \t]*ZT4_API\b[^;]*;|\n[ \t]*\n", re.S | re.M)
 FAILURE = [(re.compile(r"\bor NULL\b|NULL (?:on failure|otherwise)"), "NULL"),
            (re.compile(r"\bor -1\b|-1 (?:on failure|otherwise)|[:,] -1\.$"), "-1"),
            (re.compile(r"(?<![\w.-])0,? or 1\b(?!\))|, or 1\.$|\bor 1 \(failure\)|\b1 on failure"), "1")]
@@ -48,11 +49,15 @@ def declarations(include_dir):
                 elif previous != "comment" and last is None:
                     fresh = True
                 last, previous = " ".join(text[2:-2].replace("*", " ").split()), "comment"
-            elif text.startswith("ZT4_API"):
+            elif text.lstrip().startswith("ZT4_API"):
+                text = text.strip()
                 match = DECLARATION.match(text)
+                params = [p.strip().rsplit(None, 1) for p in " ".join(match.group(3).split()).split(",")] if match else []
+                if (not match and not re.match(r"ZT4_API\s+extern\b", text)) or any(
+                        len(p) != 2 and p not in (["void"], []) for p in params):
+                    sys.exit(f"{header}: declaration not understood: {' '.join(text.split())}")
                 if match:
-                    params = [] if match.group(3).strip() in ("", "void") else [
-                        p.strip().rsplit(None, 1) for p in " ".join(match.group(3).split()).split(",")]
+                    params = [] if params in ([], [[]], [["void"]]) else params
                     found.append((match.group(2), " ".join(match.group(1).split()),
                                   [(t + ("*" if n.startswith("*") else ""), n.lstrip("*")) for t, n in params],
                                   ([last] if last else []) + headings[::-1]))
