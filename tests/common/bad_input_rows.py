@@ -5,7 +5,8 @@ Each declaration `ZT4_API <type> name(params) ZT4_NOEXCEPT;` gets one row: every
 and every number is out of its range (a value chosen by the parameter's name); the failure result
 is read from the comment above the declaration or its group's heading ("..., or -1", "0 or 1",
 "else 0", "or NULL", "Same operation as f"), and an error line ("error.") is expected in the log,
-or none where the comment says the failure is silent. The override file adds rows and replaces
+or none where the comment says the failure is silent. A function of one JSON argument gets a
+second row with a JSON text in its place. The override file adds rows and replaces
 the generated row of the same arguments; a function whose result the comment does not give
 plainly must have an override row, and a declaration that cannot be read fails the generator too
 (so that no new export goes unchecked).
@@ -146,6 +147,9 @@ def main():
         elif (name, arguments) not in given:
             quiet = any(re.search(r"(?:-1|NULL),? \(?silently|\blogs? nothing\b", comment) for comment in comments[:1])
             rows.append(row(name, kind, arguments, result, "silent" if quiet else "error.", ""))
+            # A JSON text where the one JSON argument should be a container: refused the same way.
+            if len(params) == 1 and params[0][0] in ("json_t*", "const json_t*") and (name, "text()") not in given:
+                rows.append(row(name, kind, "text()", result, "silent" if quiet else "error.", ""))
     rows += [row(name, kinds[name], arguments, result, log, directory)
              for name, arguments, result, log, directory in extra if name in kinds]
     for name in unknown:
