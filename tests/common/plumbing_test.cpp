@@ -12,12 +12,7 @@ namespace {
 
 using zt4test::logged;
 
-struct RootCase {
-    const char* name;
-    const char* root;  // nullptr: unset
-    const char* path;
-    const char* expected;
-};
+struct RootCase { const char *name, *root, *path, *expected; };  // root nullptr: ZT4_ROOT unset
 
 class ResolvePath : public ::testing::TestWithParam<RootCase> {};
 
@@ -33,20 +28,26 @@ INSTANTIATE_TEST_SUITE_P(Roots, ResolvePath, ::testing::Values(
     RootCase{"Empty", "", "/etc/x", "/etc/x"},
     RootCase{"Directory", "/tmp/dev", "/etc/x", "/tmp/dev/etc/x"},
     RootCase{"TrailingSlashes", "/tmp/dev//", "/etc/x", "/tmp/dev/etc/x"},
-    RootCase{"FilesystemRoot", "/", "/etc/x", "/etc/x"}),
-    [](const ::testing::TestParamInfo<RootCase>& param) { return std::string(param.param.name); });
+    RootCase{"FilesystemRoot", "/", "/etc/x", "/etc/x"}), zt4test::ByName());
 
-TEST(Log, PrefixesAndPriorities) {
+// The log's prefixes and priorities, and the guard that turns an exception into the failure
+// result with its reason logged.
+TEST(Log, PrefixesPrioritiesAndGuardedExceptions) {
     zt4test::clearLog();
     zt4::logError("readJSONFile", "fd INVALID for %s", "/x");
     zt4::logInfo("writeJSONZT4ConfigFile", "File '%s' renamed successfully", "/t");
     zt4::logErrorAt(LOG_WARNING, "JSONify", "json_loads on line %d", 3);
     zt4::logLine(LOG_INFO, "Configuration file Syntax 0 by default");
-    EXPECT_TRUE(logged("error.[readJSONFile]: fd INVALID for /x", LOG_ERR));
-    EXPECT_TRUE(logged("[writeJSONZT4ConfigFile]: File '/t' renamed successfully", LOG_INFO));
-    EXPECT_TRUE(logged("error.[JSONify]: json_loads on line 3", LOG_WARNING));
-    EXPECT_TRUE(logged("Configuration file Syntax 0 by default", LOG_INFO));
-    EXPECT_EQ(zt4test::capturedLog().size(), 4u);
+    EXPECT_EQ(zt4::guarded("op", -1, []() -> int { throw std::bad_alloc(); }), -1);
+    EXPECT_EQ(zt4::guarded("op", -2, []() -> int { throw std::runtime_error("boom"); }), -2);
+    EXPECT_EQ(zt4::guarded("op", -1, [] { return 7; }), 7);
+    const std::vector<std::pair<int, std::string>> expected = {
+        {LOG_ERR, "error.[readJSONFile]: fd INVALID for /x"}, {LOG_INFO, "[writeJSONZT4ConfigFile]: File '/t' renamed successfully"},
+        {LOG_WARNING, "error.[JSONify]: json_loads on line 3"}, {LOG_INFO, "Configuration file Syntax 0 by default"},
+        {LOG_ERR, "error.[op]: out of memory"}, {LOG_ERR, "error.[op]: boom"}};
+    std::vector<std::pair<int, std::string>> got;
+    for (const auto& entry : zt4test::capturedLog()) got.emplace_back(entry.priority, entry.text);
+    EXPECT_EQ(got, expected);
 }
 
 TEST(JsonRef, ReleasesExactlyOnceAndHandsOver) {
@@ -64,15 +65,6 @@ TEST(JsonRef, ReleasesExactlyOnceAndHandsOver) {
     EXPECT_FALSE(owner);
     EXPECT_EQ(handed->refcount, 1u);
     json_decref(handed);
-}
-
-TEST(Guarded, TurnsExceptionsIntoTheFailureResult) {
-    zt4test::clearLog();
-    EXPECT_EQ(zt4::guarded("op", -1, []() -> int { throw std::bad_alloc(); }), -1);
-    EXPECT_TRUE(logged("error.[op]: out of memory"));
-    EXPECT_EQ(zt4::guarded("op", -1, []() -> int { throw std::runtime_error("boom"); }), -1);
-    EXPECT_TRUE(logged("error.[op]: boom"));
-    EXPECT_EQ(zt4::guarded("op", -1, [] { return 7; }), 7);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 // test's device root.
 #pragma once
 
+#include <jansson.h>
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -26,6 +27,14 @@ inline int runCli(const std::string& root, const std::string& arguments, std::st
     while ((got = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) output.append(buffer, got);
     const int status = pclose(pipe);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// The tool's stdout parsed as JSON (a new reference; nullptr when it is not JSON), its exit status
+// in `status`.
+inline json_t* runCliJson(const std::string& root, const std::string& arguments, int& status) {
+    std::string output;
+    status = runCli(root, arguments, output, false);
+    return json_loads(output.c_str(), JSON_DECODE_ANY, nullptr);
 }
 
 }  // namespace zt4test

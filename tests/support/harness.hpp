@@ -26,6 +26,20 @@ std::string logDump();
 
 // Runs a shell-free recursive removal of a directory tree.
 void removeTree(const std::string& path);
+// Whole host files, byte for byte ("" when unreadable); writing creates the missing folders.
+std::string readText(const std::string& path);
+void writeText(const std::string& path, const std::string& content);
+// A file of the example device tree (ZT4_EXAMPLE_DEVICE), by its device path, as text or parsed
+// (a new reference; a test failure when it is not JSON).
+std::string exampleFile(const std::string& devicePath);
+json_t* exampleJson(const std::string& devicePath);
+// Names the instances of a parameterised test after their rows' `name` member.
+struct ByName {
+    template <class Info>
+    std::string operator()(const Info& info) const { return info.param.name; }
+};
+// Creates a directory and its missing parents (host path), failing the test when it cannot.
+void makeDirectories(const std::string& path);
 
 class DeviceTest : public ::testing::Test {
 protected:
@@ -37,6 +51,10 @@ protected:
     void writeFile(const std::string& devicePath, const std::string& content) const;
     std::string readFile(const std::string& devicePath) const;
     bool exists(const std::string& devicePath) const;
+    // A device file parsed (a new reference; a test failure when it is not JSON).
+    json_t* readJson(const std::string& devicePath) const;
+    // Copies the whole example device tree into the root, over what is there.
+    void useExampleDevice() const;
     void removeFile(const std::string& devicePath) const;
     // Writes a JSON text as a device file, byte for byte.
     void writeJson(const std::string& devicePath, const std::string& jsonText) const {
