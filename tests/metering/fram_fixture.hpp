@@ -1,10 +1,12 @@
-// What the FRAM tests share: the memory as an image file under the test's root, patterns in which
-// every byte differs from its neighbours, and register images as bytes.
+// What the metering tests share: expected data files, the FRAM as an image file under the test's
+// root, patterns in which every byte differs from its neighbours, and register images as bytes.
 #pragma once
 
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -14,6 +16,27 @@ namespace zt4test {
 
 inline constexpr const char* kFramNode = "/sys/bus/i2c/devices/0-0050/eeprom";
 inline constexpr std::size_t kImageWords = 3318;
+
+inline std::string dataFile(const char* name) {
+    return (std::filesystem::path(ZT4_EXAMPLE_DEVICE).parent_path().parent_path() / "tests/metering/data" / name).string();
+}
+// The sections of a data file: a line "== NAME" opens section NAME, the lines after it are its own.
+inline std::map<std::string, std::vector<std::string>> sections(const char* name) {
+    std::map<std::string, std::vector<std::string>> all;
+    std::ifstream file(dataFile(name));
+    std::string line, current;
+    while (std::getline(file, line)) {
+        if (line.rfind("== ", 0) == 0) current = line.substr(3), all[current];
+        else all[current].push_back(line);
+    }
+    return all;
+}
+// The text of every line logged so far.
+inline std::vector<std::string> loggedLines() {
+    std::vector<std::string> lines;
+    for (const auto& entry : capturedLog()) lines.push_back(entry.text);
+    return lines;
+}
 
 // `size` bytes where byte i is (7 i + seed) mod 251: a displaced or foreign byte shows.
 inline std::string patterned(std::size_t size = 8192, unsigned seed = 1) {
