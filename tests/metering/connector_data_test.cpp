@@ -80,83 +80,36 @@ TEST_F(ConnectorData, DocumentReadsEachMemberFromItsRegister) {
                                                                 "error.[readJSONZT4DataConnector]: zt4Data NULL"}));
 }
 
-using Words = std::vector<std::pair<unsigned, unsigned>>;
-using Preset = int (*)(uint16_t*, json_t*, unsigned int);
-
-struct PresetCase {
-    const char* name;
-    Preset preset;
-    unsigned connectorId;
-    uint16_t mode;         // the connector's mode words
-    const char* document;  // "" for a null document
-    int result;
-    Words words;           // every word that changes
-    const char* line;      // a line that must be logged; for a refusal the last one
-};
-class Presets : public zt4test::DeviceTest, public ::testing::WithParamInterface<PresetCase> {};
-
-TEST_P(Presets, StoreTheCountersAtTheirRegisters) {
-    const PresetCase& c = GetParam();
-    std::vector<uint16_t> image(3318, 0xA5A5);
-    const unsigned modes = 8 + 3 * (c.connectorId >= 1 && c.connectorId <= 6 ? c.connectorId - 1 : 0);
-    for (unsigned ch = 0; ch < 3; ++ch) image[modes + ch] = c.mode;
-    const std::vector<uint16_t> before = image;
-    json_t* document = *c.document ? zt4test::parse(c.document) : nullptr;
-    EXPECT_EQ(c.preset(image.data(), document, c.connectorId), c.result);
-    Words changed;
-    for (unsigned a = 0; a < image.size(); ++a) {
-        if (image[a] != before[a]) changed.emplace_back(a, image[a]);
-    }
-    EXPECT_EQ(changed, c.words);
-    if (c.result != 0) {  // a refusal ends with its reason: nothing is attempted after it
+// Every preset of data/connector_presets.txt: the words it changes; a refusal changes none and
+// ends with its reason (nothing is attempted after it).
+TEST_F(ConnectorData, PresetsStoreTheCountersAtTheirRegisters) {
+    const std::map<std::string, int (*)(uint16_t*, json_t*, unsigned int)> presets = {
+        {"OperatingTime", writeZT4OperatingTimeById}, {"Startup", writeZT4StartupById}, {"Sag", writeZT4SagById},
+        {"Swell", writeZT4SwellById}, {"OverCurrent", writeZT4OverCurrentById}};
+    const std::vector<std::string> rows = zt4test::sections("connector_presets.txt").begin()->second;
+    ASSERT_EQ(rows.size(), 16u);
+    for (const std::string& row : rows) {
+        SCOPED_TRACE(row);
+        const std::vector<std::string> f = zt4test::fields(row, 8);
+        const unsigned connector = std::stoul(f[2]);
+        std::vector<uint16_t> before(3318, 0xA5A5);
+        for (unsigned ch = 0; ch < 3; ++ch) before[8 + 3 * (connector >= 1 && connector <= 6 ? connector - 1 : 0) + ch] = static_cast<uint16_t>(std::stoul(f[3]));
+        std::vector<uint16_t> after = before;
+        std::map<unsigned, unsigned> changed, expected;
+        for (std::size_t at = 0; at + 8 <= f[5].size(); at += 9) expected[std::stoul(f[5].substr(at, 3))] = std::stoul(f[5].substr(at + 4, 4), nullptr, 16);
+        json_t* document = f[7].empty() ? nullptr : zt4test::parse(f[7].c_str());
+        zt4test::clearLog();
+        EXPECT_EQ(presets.at(f[1])(after.data(), document, connector), std::stoi(f[4]));
+        json_decref(document);
+        for (unsigned a = 0; a < after.size(); ++a) {
+            if (after[a] != before[a]) changed[a] = after[a];
+        }
+        EXPECT_EQ(changed, expected);
         ASSERT_FALSE(zt4test::capturedLog().empty());
-        EXPECT_EQ(zt4test::capturedLog().back().text, c.line);
-    } else if (*c.line) {
-        EXPECT_TRUE(zt4test::logged(c.line, LOG_INFO)) << zt4test::logDump();
+        if (f[4] != "0") EXPECT_EQ(zt4test::capturedLog().back().text, f[6]);
+        else EXPECT_TRUE(zt4test::logged(f[6], LOG_INFO)) << zt4test::logDump();
     }
-    json_decref(document);
 }
-
-INSTANTIATE_TEST_SUITE_P(Counters, Presets, ::testing::Values(
-    // Monophase: channel k at slot k; 1.5 h is 5400 s and 0 ns; a negative value is skipped.
-    PresetCase{"OperatingTimeBySlot", writeZT4OperatingTimeById, 2, 1, R"({"Channel": [{"OperatingTime": 1.5}, {"OperatingTime": -1}, {"OperatingTime": 0.500244140625}]})", 0,
-               {{554, 0}, {555, 0x3FC0}, {558, 0x1000}, {559, 0x3F00}, {890, 0x1518}, {891, 0}, {894, 0x0708}, {895, 0}, {938, 0}, {939, 0}, {942, 0x0B8A}, {943, 0x3463}},
-               "[writeZT4OperatingTimeById]: ConnectorID 2 ChannelID 1 OperatingTime: 1.500000"},
-    // Three-phase unbalanced: the first channel's hours are the connector total.
-    PresetCase{"OperatingTimeTotal", writeZT4OperatingTimeById, 1, 4, R"({"Channel": [{"OperatingTime": 2}, {"OperatingTime": -0.5}, {"OperatingTime": -3}]})", 0,
-               {{544, 0}, {545, 0x4000}, {880, 0x1C20}, {881, 0}, {928, 0}, {929, 0}}, "[writeZT4OperatingTimeById]: ConnectorID 1 ChannelID 2 OperatingTime: -0.500000"},
-    PresetCase{"StartupTotal", writeZT4StartupById, 6, 2, R"({"Channel": [{"Startup": 10}, {"Startup": 20}, {"Startup": 30}]})", 0,
-               {{632, 10}, {633, 0}, {636, 20}, {637, 0}, {638, 30}, {639, 0}}, "[writeZT4StartupById]: ConnectorID 6 ChannelID 3 Startup: 30"},
-    PresetCase{"StartupBalanced", writeZT4StartupById, 1, 5, R"({"Channel": [{"Startup": 1}, {"Startup": 0}, {"Startup": 65536}]})", 0,
-               {{594, 1}, {595, 0}, {596, 0}, {597, 0}, {598, 0}, {599, 1}}, ""},
-    PresetCase{"SagPerPhase", writeZT4SagById, 3, 0, R"({"Phase": [{"Sag": 1}, {"Sag": 2}, {"Sag": 70000}]})", 0,
-               {{640, 1}, {641, 0}, {642, 2}, {643, 0}, {644, 0x1170}, {645, 1}}, "[writeZT4SagById]: Phase 3 Sag: 70000"},
-    PresetCase{"SwellSkipsNegative", writeZT4SwellById, 1, 0, R"({"Phase": [{"Swell": -5}, {"Swell": 0}, {"Swell": 9}]})", 0,
-               {{648, 0}, {649, 0}, {650, 9}, {651, 0}}, "[writeZT4SwellById]: Phase 1 Swell: -5"},
-    // A 3-slot block: (connector, channel) whatever the mode.
-    PresetCase{"OverCurrentByChannel", writeZT4OverCurrentById, 4, 4, R"({"Channel": [{"OverCurrent": 1}, {"OverCurrent": 2}, {"OverCurrent": 3}]})", 0,
-               {{742, 1}, {743, 0}, {744, 2}, {745, 0}, {746, 3}, {747, 0}}, "[writeZT4OverCurrentById]: ConnectorID 4 ChannelID 1 OverCurrent: 1"}),
-    [](const auto& row) { return std::string(row.param.name); });
-
-INSTANTIATE_TEST_SUITE_P(Refusals, Presets, ::testing::Values(
-    PresetCase{"ConnectorZero", writeZT4StartupById, 0, 0, R"({"Channel": [{"Startup": 1}, {"Startup": 1}, {"Startup": 1}]})", -1, {}, "error.[writeZT4StartupById]: Connector id=0 INVALID"},
-    PresetCase{"ConnectorSeven", writeZT4OperatingTimeById, 7, 0, R"({"Channel": [{"OperatingTime": 1}, {"OperatingTime": 1}, {"OperatingTime": 1}]})", -1, {},
-               "error.[writeZT4OperatingTimeById]: Connector id=7 INVALID"},
-    PresetCase{"NullDocument", writeZT4SwellById, 2, 0, "", -1, {}, "error.[writeZT4SwellById]: json NULL"},
-    // Two good channels are not stored when the third is missing.
-    PresetCase{"ThirdChannelMissing", writeZT4OverCurrentById, 2, 1, R"({"Channel": [{"OverCurrent": 1}, {"OverCurrent": 2}, {}]})", -1, {},
-               "error.[writeZT4OverCurrentById]: FAILED to read Channel3 OverCurrent"},
-    PresetCase{"HoursNotANumber", writeZT4OperatingTimeById, 2, 1, R"({"Channel": [{"OperatingTime": "1"}, {"OperatingTime": 1}, {"OperatingTime": 1}]})", -1, {},
-               "error.[writeZT4OperatingTimeById]: FAILED to read Channel1 operating time"},
-    // 1193047 h is more seconds than the 32-bit counter holds.
-    PresetCase{"HoursTooMany", writeZT4OperatingTimeById, 2, 1, R"({"Channel": [{"OperatingTime": 1}, {"OperatingTime": 1}, {"OperatingTime": 1193047}]})", -1, {},
-               "error.[writeZT4OperatingTimeById]: FAILED to read Channel3 operating time"},
-    PresetCase{"StartupNotInteger", writeZT4StartupById, 2, 1, R"({"Channel": [{"Startup": 1}, {"Startup": 1.5}, {"Startup": 1}]})", -1, {},
-               "error.[writeZT4StartupById]: FAILED to read Channel2 Start up"},
-    PresetCase{"CounterTooLarge", writeZT4StartupById, 2, 1, R"({"Channel": [{"Startup": 4294967296}, {"Startup": 1}, {"Startup": 1}]})", -1, {},
-               "error.[writeZT4StartupById]: FAILED to read Channel1 Start up"},
-    PresetCase{"NoPhaseArray", writeZT4SagById, 2, 0, R"({"Channel": []})", -1, {}, "error.[writeZT4SagById]: FAILED to read Phase1 Sag"}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 // A preset reaches the persistent counters: the block's row of the FRAM holds the new values.
 TEST_F(ConnectorData, PresetsReachTheirFramRow) {

@@ -31,6 +31,16 @@ inline std::map<std::string, std::vector<std::string>> sections(const char* name
     }
     return all;
 }
+// The `n` fields of a row separated by '|', the last one holding the rest of the row.
+inline std::vector<std::string> fields(const std::string& row, std::size_t n) {
+    std::vector<std::string> f;
+    std::size_t at = 0;
+    for (std::size_t bar; f.size() + 1 < n && (bar = row.find('|', at)) != std::string::npos; at = bar + 1) {
+        f.push_back(row.substr(at, bar - at));
+    }
+    f.push_back(row.substr(std::min(at, row.size())));
+    return f;
+}
 // The text of every line logged so far.
 inline std::vector<std::string> loggedLines() {
     std::vector<std::string> lines;

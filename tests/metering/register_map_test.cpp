@@ -1,7 +1,6 @@
 // The register map as the meter publishes it: every row of the table and its lookups, against the
 // map written out in data/register_map.txt, and the address of every class of block.
 #include <fstream>
-#include <sstream>
 
 #include "metering/fram_fixture.hpp"
 #include "zt4config.h"
@@ -12,10 +11,7 @@ TEST(RegisterMap, EveryRowAndItsLookups) {
     std::ifstream file(zt4test::dataFile("register_map.txt"));
     unsigned rows = 0;
     for (std::string line; std::getline(file, line); ++rows) {
-        std::vector<std::string> f;
-        std::stringstream fields(line);
-        for (std::string field; std::getline(fields, field, '|');) f.push_back(field);
-        f.resize(7);
+        const std::vector<std::string> f = zt4test::fields(line, 7);
         const auto index = static_cast<uint8_t>(std::stoul(f[0]));
         const uint32_t base = std::stoul(f[2]), count = std::stoul(f[3]), words = std::stoul(f[4]), bytes = std::stoul(f[5]);
         ASSERT_EQ(index, rows) << line;
