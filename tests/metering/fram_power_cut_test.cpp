@@ -16,16 +16,10 @@
 
 namespace {
 
-// A copy of this process, as fork() makes one. The bare system call, because glibc's fork() child
-// does not survive qemu-arm's user emulation; the parent has a single thread and the child only
-// writes the memory until it is killed.
-pid_t copyOfThisProcess() { return static_cast<pid_t>(syscall(SYS_clone, SIGCHLD, 0, 0, 0, 0)); }
-
 constexpr uint8_t kBlocks[] = {4, 5, 7, 56, 57, 59};
 constexpr std::size_t kBases[] = {28, 76, 172, 1878, 1926, 2022};  // their word addresses
 
-// Image 0 holds a distinct value in every energy register; image 1 its complement, so that every
-// 16-bit word differs between the two.
+// Image 0 holds a distinct value in every energy register; image 1 its complement.
 std::vector<uint16_t> energyImage(uint16_t mask) {
     std::vector<uint16_t> image(zt4test::kImageWords);
     for (std::size_t b = 0; b < 6; ++b) {
@@ -34,7 +28,7 @@ std::vector<uint16_t> energyImage(uint16_t mask) {
     return image;
 }
 
-class FramPowerCut : public zt4test::FramTest {};
+using FramPowerCut = zt4test::FramTest;
 
 TEST_F(FramPowerCut, KilledWriterLeavesEveryIndexOldOrNew) {
     const std::vector<uint16_t> images[2] = {energyImage(0), energyImage(0xFFFF)};
@@ -45,38 +39,33 @@ TEST_F(FramPowerCut, KilledWriterLeavesEveryIndexOldOrNew) {
     for (int i = 0; i < 6; ++i) {
         const auto start = std::chrono::steady_clock::now();
         ASSERT_EQ(SetZT4AllEnergyIndex(images[i % 2].data()), 0);
-        longest = std::max<long long>(
-            longest, std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start).count());
+        longest = std::max<long long>(longest, std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start).count());
     }
     const long long window = std::clamp(longest * 4, 500LL, 20000LL);
     const unsigned seed = std::random_device{}();
     std::mt19937 random(seed);
-    std::uniform_int_distribution<long long> moment(0, window);
-
     int betweenBlocks = 0;
     for (int round = 0; round < 200; ++round) {
-        const pid_t child = copyOfThisProcess();
+        // The bare clone system call, because glibc's fork() child does not survive qemu-arm.
+        const pid_t child = static_cast<pid_t>(syscall(SYS_clone, SIGCHLD, 0, 0, 0, 0));
         ASSERT_GE(child, 0);
         if (child == 0) {
             alarm(10);  // never outlive a parent that failed to kill
             for (unsigned i = static_cast<unsigned>(round);; ++i) SetZT4AllEnergyIndex(images[i % 2].data());
         }
-        usleep(static_cast<useconds_t>(moment(random)));
+        usleep(static_cast<useconds_t>(std::uniform_int_distribution<long long>(0, window)(random)));
         ASSERT_EQ(kill(child, SIGKILL), 0);
         int status = 0;
         ASSERT_EQ(waitpid(child, &status, 0), child);
         ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << "round " << round;
-
         std::vector<uint16_t> read(zt4test::kImageWords);
         bool seen[2] = {false, false};
         for (std::size_t b = 0; b < 6; ++b) {
             ASSERT_EQ(GetZT4EnergyIndex(read.data(), kBlocks[b]), 0);
             const int from = read[kBases[b]] == images[0][kBases[b]] ? 0 : 1;  // the write its first word came from
             seen[from] = true;
-            for (std::size_t w = kBases[b]; w < kBases[b] + 48; ++w) {
-                ASSERT_EQ(read[w], images[from][w]) << "block " << unsigned{kBlocks[b]} << " word " << w - kBases[b]
-                                                    << " mixes two writes; round " << round << ", seed " << seed;
-            }
+            ASSERT_TRUE(std::equal(&read[kBases[b]], &read[kBases[b] + 48], &images[from][kBases[b]]))
+                << "block " << unsigned{kBlocks[b]} << " mixes two writes; round " << round << ", seed " << seed;
         }
         betweenBlocks += seen[0] && seen[1];
         const std::string after = fram();
