@@ -80,6 +80,10 @@ protected:
     std::string framPath() const { return path(kFramNode); }
     void writeFram(const std::string& bytes) const { writeFile(kFramNode, bytes); }
     std::string fram() const { return readFile(kFramNode); }
+    std::string withPath(std::string text) const {  // "PATH" replaced by the memory's path
+        const std::size_t at = text.find("PATH");
+        return at == std::string::npos ? text : text.replace(at, 4, framPath());
+    }
     void copyExampleDevice() const {
         std::filesystem::copy(ZT4_EXAMPLE_DEVICE, root(), std::filesystem::copy_options::recursive |
                                                               std::filesystem::copy_options::overwrite_existing);

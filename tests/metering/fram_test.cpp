@@ -146,46 +146,33 @@ TEST_F(Fram, BadArgumentsAndUnwritableMemoryAreRefused) {
 
 // Writes that stop short: a file-size limit in a copy of this process (the bare clone system call,
 // as in the power-cut test) cuts every write at `limit` bytes; nothing at or past it changes.
-struct ShortWriteCase {
-    const char* label;
-    int (*write)();
-    long limit;
-    int result;
-    const char* message;  // "PATH" stands for the memory's path
-};
 const uint16_t kZeroImage[zt4test::kImageWords] = {};
-class FramShortWrite : public zt4test::FramTest, public ::testing::WithParamInterface<ShortWriteCase> {};
 
-TEST_P(FramShortWrite, IsReportedAndStopsAtTheLimit) {
-    const ShortWriteCase& c = GetParam();
+TEST_F(Fram, ShortWritesAreReportedAndStopAtTheLimit) {
     copyExampleDevice();
-    const std::string memory = patterned();
-    writeFram(memory);
-    std::string message = c.message;
-    if (message.find("PATH") != std::string::npos) message.replace(message.find("PATH"), 4, framPath());
-    const pid_t child = static_cast<pid_t>(syscall(SYS_clone, SIGCHLD, 0, 0, 0, 0));
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-        signal(SIGXFSZ, SIG_IGN);
-        const struct rlimit limit = {static_cast<rlim_t>(c.limit), static_cast<rlim_t>(c.limit)};
-        setrlimit(RLIMIT_FSIZE, &limit);
-        zt4test::clearLog();
-        const int result = c.write();
-        _exit(result == c.result && logged(message, LOG_ERR) ? 0 : 1);
+    const std::tuple<int (*)(), long, int, const char*> writes[] = {  // writer, limit, result, message ("PATH": the memory's path)
+        {[] { return SetZT4FRAMSag(kZeroImage); }, 1157, -1, "error.[SetZT4FRAMSag]: FAILED to write 3 registers (12 bytes) @ offset 1152 in 'PATH' SAG"},
+        {[] { return SetZT4AllEnergyIndex(kZeroImage); }, 300, 1, "error.[SetZT4EnergyIndex]: FAILED to write 24 registers (96 bytes) @ offset 288 in \"PATH\" ENERGY IMPORT REACTIVE +"},
+        {[] { return fram_write_version(2); }, 4096, -1, "error.[fram_write_version]: FAILED to write FRAM version 2 @ offset 4096 in 'PATH'"},
+        {[] { return upgrade_register_energy(0, 1, 4); }, 232, -1, "error.[upgrade_register_energy]: FAILED to write 96 bytes @192 (c0) in FRAM memory"}};
+    for (const auto& [write, limit, result, text] : writes) {
+        writeFram(patterned());
+        const std::string message = withPath(text);
+        const pid_t child = static_cast<pid_t>(syscall(SYS_clone, SIGCHLD, 0, 0, 0, 0));
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            signal(SIGXFSZ, SIG_IGN);
+            const struct rlimit size = {static_cast<rlim_t>(limit), static_cast<rlim_t>(limit)};
+            setrlimit(RLIMIT_FSIZE, &size);
+            zt4test::clearLog();
+            _exit(write() == result && logged(message, LOG_ERR) ? 0 : 1);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "result or message differs: " << message;
+        EXPECT_EQ(fram().substr(static_cast<std::size_t>(limit)), patterned().substr(static_cast<std::size_t>(limit)));
     }
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "result or message differs: " << message;
-    EXPECT_EQ(fram().substr(static_cast<std::size_t>(c.limit)), memory.substr(static_cast<std::size_t>(c.limit)));
 }
-
-INSTANTIATE_TEST_SUITE_P(Writers, FramShortWrite, ::testing::Values(
-    ShortWriteCase{"Counter", [] { return SetZT4FRAMSag(kZeroImage); }, 1157, -1, "error.[SetZT4FRAMSag]: FAILED to write 3 registers (12 bytes) @ offset 1152 in 'PATH' SAG"},
-    ShortWriteCase{"Energies", [] { return SetZT4AllEnergyIndex(kZeroImage); }, 300, 1,
-                   "error.[SetZT4EnergyIndex]: FAILED to write 24 registers (96 bytes) @ offset 288 in \"PATH\" ENERGY IMPORT REACTIVE +"},
-    ShortWriteCase{"Version", [] { return fram_write_version(2); }, 4096, -1, "error.[fram_write_version]: FAILED to write FRAM version 2 @ offset 4096 in 'PATH'"},
-    ShortWriteCase{"ReLayout", [] { return upgrade_register_energy(0, 1, 4); }, 232, -1,
-                   "error.[upgrade_register_energy]: FAILED to write 96 bytes @192 (c0) in FRAM memory"}), rowName);
 
 TEST_F(Fram, VersionByteReadsAsASignedByteAndIsWrittenAlone) {
     std::string memory = patterned();
@@ -306,16 +293,15 @@ TEST_F(Fram, ReLayoutSplitsTheConnectorTotalByMode) {
     EXPECT_TRUE(logged("[upgrade_register_energy]: FAILED to read configuration from zt4config.json", LOG_INFO));
 }
 
-struct UpgradeCase {
-    const char* label;
-    unsigned memoryVersion;
-    const char* systemFile;  // /var/tmp/fram; nullptr: none
-    unsigned defaultVersion;
-    int result;
-    unsigned versionAfter;
-    bool relaid, converted;
-    const char* message;  // at level 3 when not empty; PATH stands for the memory's path
-};
+// A row of data/fram_upgrades.txt: label, memory's version, /var/tmp/fram ("-": none), default
+// version, result, version after, re-laid out, converted, message at level 3 ("PATH": the memory's path).
+using UpgradeCase = std::vector<std::string>;
+std::vector<UpgradeCase> upgrades() {
+    std::vector<UpgradeCase> rows;
+    auto file = zt4test::sections("fram_upgrades.txt");
+    for (const std::string& row : file[""]) rows.push_back(zt4test::fields(row, 9));
+    return rows;
+}
 
 class FramUpgrade : public zt4test::FramTest, public ::testing::WithParamInterface<UpgradeCase> {
 protected:
@@ -337,34 +323,24 @@ protected:
 
 TEST_P(FramUpgrade, BringsTheMemoryToTheExpectedVersion) {
     const UpgradeCase& c = GetParam();
-    const std::string memory = oldMemory(c.memoryVersion);
+    const unsigned memoryVersion = std::stoul(c[1]);
+    const std::string memory = oldMemory(memoryVersion);
     writeFram(memory);
-    if (c.systemFile != nullptr) writeFile("/var/tmp/fram", c.systemFile);
-    EXPECT_EQ(fram_upgrade_version(static_cast<uint8_t>(c.defaultVersion)), c.result) << zt4test::logDump();
+    if (c[2] != "-") writeFile("/var/tmp/fram", c[2] + "\n");
+    EXPECT_EQ(fram_upgrade_version(static_cast<uint8_t>(std::stoul(c[3]))), std::stoi(c[4])) << zt4test::logDump();
     std::string expected = memory;
-    expected[4096] = static_cast<char>(c.versionAfter);
-    if (c.relaid) expected.replace(192, 192, bytesOfValues(kExampleRelaid) + bytesOfValues(kExampleRelaid));
-    if (c.converted) {
+    expected[4096] = static_cast<char>(std::stoul(c[5]));
+    if (c[6] == "relaid") expected.replace(192, 192, bytesOfValues(kExampleRelaid) + bytesOfValues(kExampleRelaid));
+    if (c[7] == "converted") {
         expected.replace(1056, 192, bytesOfValues(Unsigned(24, 12)) + bytesOfValues(Unsigned{3, 1, 2, 0, 1, 7}) +
                                         bytesOfValues(Unsigned{4, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 705032704, 0, 0, 0, 0, 0}));
     }
     EXPECT_EQ(fram(), expected);
-    std::string message = c.message;
-    if (message.find("PATH") != std::string::npos) message.replace(message.find("PATH"), 4, framPath());
-    EXPECT_TRUE(message.empty() || logged(message, LOG_ERR)) << zt4test::logDump();
-    EXPECT_TRUE(c.memoryVersion > 2 || logged("FRAM memory version " + std::to_string(c.memoryVersion), LOG_INFO));
+    EXPECT_TRUE(c[8].empty() || logged(withPath(c[8]), LOG_ERR)) << zt4test::logDump();
+    EXPECT_TRUE(memoryVersion > 2 || logged("FRAM memory version " + c[1], LOG_INFO));
 }
 
-INSTANTIATE_TEST_SUITE_P(Versions, FramUpgrade, ::testing::Values(
-    UpgradeCase{"Blank", 0xFF, "2", 2, -1, 0xFF, false, false, "error.[fram_upgrade_version]: FAILED to read FRAM version 'PATH'."},
-    UpgradeCase{"From0To2", 0, "2\n", 2, 0, 2, true, true, ""}, UpgradeCase{"From0To1", 0, "1\n", 2, 0, 1, true, false, ""},
-    UpgradeCase{"From1To2", 1, "2\n", 2, 0, 2, false, true, ""}, UpgradeCase{"From1Down0", 1, "0\n", 2, 0, 1, false, false, ""},
-    UpgradeCase{"From2Down1", 2, "1\n", 2, -1, 2, false, false, ""}, UpgradeCase{"At2", 2, "2\n", 2, 0, 2, false, false, ""},
-    UpgradeCase{"UnknownMemoryVersion", 5, "2\n", 2, -1, 5, false, false, ""},
-    UpgradeCase{"NoFileDefault3", 0, nullptr, 3, -1, 0, false, false, "error.[fram_upgrade_version]: FAILED to read FRAM version in file system."},
-    UpgradeCase{"NoFileDefault2", 1, nullptr, 2, 0, 2, false, true, "error.[fram_upgrade_version]: FAILED to read FRAM version in file system."},
-    UpgradeCase{"NoFileDefault1", 0, nullptr, 1, 0, 1, true, false, ""},
-    UpgradeCase{"UnknownExpected", 0, "3\n", 2, -1, 0, false, false, "error.[fram_upgrade_version]: FRAM version 3 in file system is not supported"}), rowName);
+INSTANTIATE_TEST_SUITE_P(Versions, FramUpgrade, ::testing::ValuesIn(upgrades()), [](const auto& row) { return row.param[0]; });
 
 TEST_F(FramUpgrade, FailedStepsKeepTheVersionAndWhatCannotBeRedone) {
     removeFile("/home/nvram/zt4config.json");  // no modes: the energies cannot be re-laid out
