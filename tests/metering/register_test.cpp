@@ -1,5 +1,7 @@
-// The typed accessors on a register image: encodings in the words, dropped non-finite values,
-// null images, trace lines, the MAC words, the mode words and the clearing arithmetic.
+// The register map as the meter publishes it (every row and its lookups against the map written out
+// in data/register_map.txt, the address of every class of block), the typed accessors on a
+// register image (encodings, dropped non-finite values, null images, trace lines, MAC and mode
+// words, clearing) and the block dumps against the lines the operators read.
 #include <syslog.h>
 
 #include <cfloat>
@@ -10,6 +12,46 @@
 #include "zt4config.h"
 
 namespace {
+
+TEST(RegisterMap, EveryRowAndItsLookups) {
+    std::ifstream file(zt4test::dataFile("register_map.txt"));
+    unsigned rows = 0;
+    for (std::string line; std::getline(file, line); ++rows) {
+        const std::vector<std::string> f = zt4test::fields(line, 7);
+        const auto index = static_cast<uint8_t>(std::stoul(f[0]));
+        const uint32_t base = std::stoul(f[2]), count = std::stoul(f[3]), words = std::stoul(f[4]), bytes = std::stoul(f[5]);
+        ASSERT_EQ(index, rows) << line;
+        const ModbusRegisterBlock& block = ModbusBase[index];
+        EXPECT_EQ(std::make_tuple(std::string(block.name), block.base, block.count, block.words, block.bytes, std::string(block.unit)),
+                  std::make_tuple(f[1], base, count, words, bytes, f[6])) << line;
+        EXPECT_EQ(std::make_tuple(std::string(getModbusNameRg(index)), getModbusAddrBaseRg(index), getModbusNbRg(index),
+                                  getModbusSizeRg(index), getModbusSize(index), std::string(getModbusUnitRg(index))),
+                  std::make_tuple(f[1], base, count, words, bytes, f[6])) << line;
+    }
+    EXPECT_EQ(rows, 75u);
+    // Beyond the table the lookups answer nothing rather than read past it.
+    EXPECT_STREQ(getModbusNameRg(75), "");
+    EXPECT_STREQ(getModbusUnitRg(255), "");
+    for (uint8_t index : {75, 200}) {
+        EXPECT_EQ(getModbusAddrBaseRg(index) + getModbusNbRg(index) + getModbusSizeRg(index) + getModbusSize(index), 0u);
+    }
+}
+
+TEST(RegisterMap, AddressesOfEveryClassOfBlock) {
+    std::ifstream file(zt4test::dataFile("register_addresses.txt"));
+    unsigned rows = 0, index, connector, channel, address;
+    for (; file >> index >> connector >> channel >> address; ++rows) {
+        EXPECT_EQ(getModbusAddr(index, static_cast<uint8_t>(connector), static_cast<uint8_t>(channel)), address)
+            << index << " " << connector << " " << channel;
+    }
+    EXPECT_EQ(rows, 34u);
+    const std::pair<unsigned, unsigned> byId[] = {{4, 5}, {62, 23}, {3, 17}, {37, 0}, {75, 0}};
+    const uint32_t expected[] = {38, 2258, 25, 1372, 3318};
+    for (unsigned i = 0; i < 5; ++i) EXPECT_EQ(getModbusAddrById(byId[i].first, byId[i].second), expected[i]) << i;
+    for (const auto& [addr, valid] : {std::make_pair(0u, 0), {843u, 0}, {844u, -1}, {UINT32_MAX, -1}}) {
+        EXPECT_EQ(isModbusAddrValid(addr), valid) << addr;
+    }
+}
 
 constexpr uint16_t kFill = 0xA5A5;
 using Words = std::vector<std::pair<unsigned, unsigned>>;
@@ -180,5 +222,70 @@ INSTANTIATE_TEST_SUITE_P(Configurations, ModeWords, ::testing::Values(
     ModeWordsCase{"UnbalancedDisabledConnectorIsZero", 0, {4, 4, 4}, {1, 1, 1}, {0, 0, 0}},
     ModeWordsCase{"InvalidModeLeavesItsWord", 1, {9, 1, 7}, {1, 1, 1}, {0x77, 1, 0x77}},
     ModeWordsCase{"BalancedStaysPerChannel", 1, {5, 3, 5}, {1, 0, 1}, {5, 0, 5}}), rowName);
+
+struct DumpCase {
+    const char* name;
+    std::function<void(uint16_t*)> fill;  // values stored before the dump
+    std::function<void(const uint16_t*)> dump;
+};
+
+class Dumps : public zt4test::DeviceTest, public ::testing::WithParamInterface<DumpCase> {};
+
+// Connector 1 wired Triphase (mode 4) on its three channels, connector 2 Monophase on its first
+// channel only, the others Disabled.
+TEST_P(Dumps, LogTheLayoutsLines) {
+    std::vector<uint16_t> image(3318, 0);
+    image[8] = image[9] = image[10] = 4;
+    image[11] = 1;
+    GetParam().fill(image.data());
+    zt4test::clearLog();
+    GetParam().dump(image.data());
+    const int priority = std::string(GetParam().name) == "Refusals" ? LOG_ERR : LOG_INFO;
+    for (const auto& entry : zt4test::capturedLog()) EXPECT_EQ(entry.priority, priority) << entry.text;
+    const auto expected = zt4test::sections("register_dumps.txt")[GetParam().name];
+    ASSERT_FALSE(expected.empty());
+    EXPECT_EQ(zt4test::loggedLines(), expected);
+}
+
+void nothing(uint16_t*) {}
+auto dump(uint8_t index) { return [index](const uint16_t* r) { DisplayZT4Data(r, index); }; }
+auto dump64(uint8_t index) { return [index](const uint16_t* r) { DisplayZT4Data64(r, index); }; }
+
+INSTANTIATE_TEST_SUITE_P(Layouts, Dumps, ::testing::Values(
+    DumpCase{"MacWords", [](uint16_t* r) { SetModbusMAC(r, "0a1b2c3d4e5f"); }, dump(2)},
+    DumpCase{"ModeWords", nothing, dump(3)},
+    DumpCase{"FloatFourSlot", [](uint16_t* r) { SetModbusData(r, 4, 0, 0, 1.5f); }, dump(4)},
+    DumpCase{"IntegerFourSlot", [](uint16_t* r) { SetModbusDataInteger(r, 17, 1, 3, 70000); }, dump(17)},
+    DumpCase{"Phases", [](uint16_t* r) { SetModbusDataInteger(r, 18, 0, 1, 5); }, dump(18)},
+    DumpCase{"IntegerThreeSlot", [](uint16_t* r) { SetModbusDataInteger(r, 22, 0, 2, 3); }, dump(22)},
+    DumpCase{"FloatPerConnector", [](uint16_t* r) { SetModbusData(r, 44, 0, 2, 2.5f); }, dump(44)},
+    DumpCase{"NominalVoltage", [](uint16_t* r) { SetModbusData(r, 37, 0, 0, 230.0f); }, dump(37)},
+    DumpCase{"IntegerPerConnector", [](uint16_t* r) { SetModbusDataInteger(r, 41, 0, 5, 0x10002); }, dump(41)},
+    DumpCase{"FloatThreeSlot", [](uint16_t* r) { SetModbusData(r, 13, 1, 0, 231.5f); }, dump(13)},
+    DumpCase{"ExportIndexAsThreeSlot", [](uint16_t* r) { SetModbusData(r, 6, 1, 0, -1.0f); }, dump(6)},
+    DumpCase{"RawExportIndexAsThreeSlot", [](uint16_t* r) { SetModbusData(r, 58, 0, 2, 4.0f); }, dump(58)},
+    DumpCase{"Double", [](uint16_t* r) { SetModbusData64(r, 62, 1, 1, 2.0); }, dump64(62)},
+    DumpCase{"ExportAccuRawNameOnly", [](uint16_t* r) { SetModbusData64(r, 66, 0, 0, 1.0); }, dump64(66)},
+    DumpCase{"ExportAccuNameOnly", nothing, dump64(68)},
+    DumpCase{"NotDoubleNameOnly", nothing, dump64(4)},
+    DumpCase{"Refusals", nothing, [](const uint16_t* r) {
+                 DisplayZT4Data(nullptr, 4), DisplayZT4Data64(nullptr, 62), DisplayZT4Data(r, 75), DisplayZT4Data64(r, 255);
+             }}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+// Above level 3 the unused registers are shown too (with the accessors' own trace lines).
+TEST_F(Dumps, ShowUnusedRegistersWhenDebugging) {
+    std::vector<uint16_t> image(3318, 0);
+    DisplayZT4Data(image.data(), 4);
+    EXPECT_FALSE(zt4test::logged("6  3 24 0074  0000  00000000 (0.000000e+00 0.000000 kWh)"));
+    debug_level = 4;
+    DisplayZT4Data(image.data(), 4);
+    DisplayZT4Data64(image.data(), 73);
+    for (const char* line : {"6  3 24 0074  0000  00000000 (0.000000e+00 0.000000 kWh)",
+                             "1  0 01 0028  0000  00000000 (0.000000e+00 0.000000 kWh)",
+                             "6  3 24 3314  0000  0000000000000000 (0.000000e+00 0.000000e+00 kVAh)"}) {
+        EXPECT_TRUE(zt4test::logged(line, LOG_INFO)) << line;
+    }
+}
 
 }  // namespace
