@@ -55,6 +55,12 @@ inline std::string patterned(std::size_t size = 8192, unsigned seed = 1) {
     return bytes;
 }
 
+// The little-endian bytes of values: floats, unsigned, register words.
+template <class T>
+std::string bytesOfValues(const std::vector<T>& values) {
+    return std::string(reinterpret_cast<const char*>(values.data()), values.size() * sizeof(T));
+}
+
 // A register image holding `bytes` from byte 0 (zeros after them).
 inline std::vector<uint16_t> imageOf(const std::string& bytes) {
     std::vector<uint16_t> image(kImageWords);
@@ -62,18 +68,7 @@ inline std::vector<uint16_t> imageOf(const std::string& bytes) {
     return image;
 }
 inline std::vector<uint16_t> filledImage(char fill) { return imageOf(std::string(kImageWords * 2, fill)); }
-inline std::string bytesOf(const std::vector<uint16_t>& image) {
-    return std::string(reinterpret_cast<const char*>(image.data()), image.size() * 2);
-}
-
-// The little-endian bytes of 32-bit values, floats or unsigned.
-template <class T>
-std::string bytesOfValues(const std::vector<T>& values) {
-    static_assert(sizeof(T) == 4, "32-bit values");
-    std::string bytes(values.size() * 4, '\0');
-    if (!values.empty()) std::memcpy(&bytes[0], values.data(), bytes.size());
-    return bytes;
-}
+inline std::string bytesOf(const std::vector<uint16_t>& image) { return bytesOfValues(image); }
 
 class FramTest : public DeviceTest {
 protected:
