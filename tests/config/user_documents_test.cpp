@@ -1,0 +1,181 @@
+// Taking up a candidate user document, connectors by number, version-0 documents and the tool's
+// user commands.
+#include <syslog.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "support/cli.hpp"
+#include "support/harness.hpp"
+#include "zt4config.h"
+
+namespace {
+
+constexpr const char* kUserFile = "/home/nvram/zt4config.json";
+constexpr const char* kStored = "{\"Syntax\": {\"Version\": 1}, \"Web\": {\"Language\": \"fr\"}}\n";
+
+class UserDocument : public zt4test::DeviceTest {
+protected:
+    void SetUp() override {
+        DeviceTest::SetUp();
+        writeFile(kUserFile, kStored);
+    }
+    // The example device's user document with `change` ("key/member" removed, or set to `value`).
+    std::string candidate(const std::string& name, const char* section = nullptr, const char* key = nullptr,
+                          const char* value = nullptr) {
+        json_t* document = json_load_file(ZT4_EXAMPLE_DEVICE "/home/nvram/zt4config.json", JSON_PRESERVE_ORDER, nullptr);
+        EXPECT_NE(document, nullptr);
+        json_t* parent = key ? json_object_get(document, section) : document;
+        if (value) json_object_set_new(parent, key ? key : section, json_loads(value, JSON_DECODE_ANY, nullptr));
+        else if (section) json_object_del(parent, key ? key : section);
+        const std::string file = path("/var/tmp/" + name);
+        EXPECT_EQ(json_dump_file(document, file.c_str(), JSON_INDENT(2) | JSON_PRESERVE_ORDER), 0);
+        json_decref(document);
+        return file;
+    }
+};
+
+TEST_F(UserDocument, FailingCandidatesLeaveTheStoredDocumentAsItWas) {
+    writeFile("/var/tmp/broken.json", "{\"Web\": ");
+    const struct {
+        std::string file;
+        int section;
+        std::string lines;  // every error line, "|" between them
+    } cases[] = {
+        {candidate("noweb.json", "Web"), 2,
+         "error.[complianceJSONZT4UserConfigWebSyntaxVersion1]: Web NULL|"
+         "error.[checkComplianceUserConfigFileSyntaxVersion1]: Failed to check JSON section Web|"
+         "error.[checkComplianceUserConfigFile]: FAILED to check compliance User configuration file"},
+        {candidate("v0.json", "Syntax"), 0,
+         "error.[checkComplianceUserConfigFileSyntaxVersion0]: syntax version 0 is not supported|"
+         "error.[checkComplianceUserConfigFile]: FAILED to check compliance User configuration file"},
+        {path("/var/tmp/none.json"), 0, "error.[readJSONFile]: fd INVALID for " + path("/var/tmp/none.json") +
+         "|error.[checkComplianceUserConfigFile]: FAILED to open file " + path("/var/tmp/none.json") + " in JSON format"},
+    };
+    for (const auto& c : cases) {
+        zt4test::clearLog();
+        std::uint8_t section = 0;
+        EXPECT_EQ(checkComplianceUserConfigFile(c.file.c_str(), &section), -1) << c.file;
+        EXPECT_EQ(section, c.section) << c.file;
+        EXPECT_EQ(readFile(kUserFile), kStored) << c.file;
+        std::string lines;
+        for (const auto& entry : zt4test::capturedLog()) {
+            if (entry.priority == LOG_ERR) lines += (lines.empty() ? "" : "|") + entry.text;
+        }
+        EXPECT_EQ(lines, c.lines);
+    }
+    std::uint8_t section = 0;
+    EXPECT_EQ(checkComplianceUserConfigFile(path("/var/tmp/broken.json").c_str(), &section), -1);
+    EXPECT_TRUE(zt4test::logged("error.[checkComplianceUserConfigFile]: FAILED to open file " +
+                                path("/var/tmp/broken.json") + " in JSON format", LOG_ERR));
+}
+
+TEST_F(UserDocument, ACompliantCandidateIsStoredFilteredWithoutTheTemporaryFile) {
+    const std::string file = candidate("debug.json", "Debug", nullptr, "3");
+    std::uint8_t section = 9;
+    ASSERT_EQ(checkComplianceUserConfigFile(file.c_str(), &section), 0) << zt4test::logDump();
+    EXPECT_EQ(section, 9);
+    EXPECT_TRUE(zt4test::logged("[checkComplianceUserConfigFile]: Check compliance User configuration file for syntax "
+                                "version 1", LOG_INFO));
+    EXPECT_EQ(zt4test::loggedCount("renamed successfully"), 0);
+    json_t* stored = zt4test::parse(readFile(kUserFile).c_str());
+    json_t* expected = json_load_file(ZT4_EXAMPLE_DEVICE "/home/nvram/zt4config.json", 0, nullptr);
+    EXPECT_EQ(zt4test::compact(stored), zt4test::compact(expected));
+    json_decref(expected);
+    json_decref(stored);
+}
+
+TEST_F(UserDocument, ConnectorsByNumber) {
+    writeFile(kUserFile, readFile(candidate("example.json").substr(root().size())));
+    json_t* connector = zt4test::parse(R"({"Mode": 2, "CurrentTransformerModel": 4})");
+    ASSERT_EQ(writeJSONZT4ConfigConnectorById(connector, 3), 0) << zt4test::logDump();
+    const int modes[] = {4, 4, 2, 1, 1, 0};
+    for (std::uint8_t id = 1; id <= 6; ++id) {
+        json_t* read = readJSONZT4ConfigConnectorById(id);
+        EXPECT_EQ(json_integer_value(json_object_get(read, "Mode")), modes[id - 1]) << int(id);
+        EXPECT_EQ(json_array_size(json_object_get(read, "Channel")), id == 4 || id == 5 ? 3u : 1u) << int(id);
+        json_decref(read);
+    }
+    zt4test::clearLog();
+    EXPECT_EQ(writeJSONZT4ConfigConnectorById(connector, 7), -1);
+    EXPECT_EQ(writeJSONZT4ConfigConnectorById(connector, 0), -1);
+    json_object_set_new(connector, "Mode", json_integer(7));
+    EXPECT_EQ(writeJSONZT4ConfigConnectorById(connector, 2), -1);
+    EXPECT_EQ(readJSONZT4ConfigConnectorById(0), nullptr);
+    EXPECT_EQ(readJSONZT4ConfigConnectorById(7), nullptr);
+    writeFile(kUserFile, R"({"Syntax": {"Version": 1}, "ElectricalConfiguration": {"Connectors": [{}, {}]}})");
+    EXPECT_EQ(readJSONZT4ConfigConnectorById(3), nullptr);
+    std::string lines;
+    for (const auto& entry : zt4test::capturedLog()) lines += entry.text + "\n";
+    EXPECT_EQ(lines,
+              "error.[writeJSONZT4UserConfigConnectorByIdSyntaxVersion1]: Connector id=7 INVALID\n"
+              "error.[writeJSONZT4UserConfigConnectorByIdSyntaxVersion1]: Connector id=0 INVALID\n"
+              "error.[checkJSONZT4UserConfigConnectorSyntaxVersion1]: Channel NULL\n"
+              "error.[json_check_integer_range]: Mode value INVALID (7)\n"
+              "error.[writeJSONZT4UserConfigConnectorByIdSyntaxVersion1]: INVALID Configuration Connector\n"
+              "error.[readJSONZT4ConfigConnectorById]: Connector id=0 INVALID\n"
+              "error.[readJSONZT4ConfigConnectorById]: Connector id=7 INVALID\n"
+              "error.[readJSONZT4ConnectorById]: Connector3 not in Array JSON Connect\n"
+              "error.[readJSONZT4ConfigConnectorById]: FAILED to read Object Connector2\n");
+    json_decref(connector);
+}
+
+TEST_F(UserDocument, VersionZeroReadsAsStoredAndRefusesWrites) {
+    const std::string document = R"({"Web": {"Language": "de", "Old": 1}, "SetupConnectors": {"Setup": 4}})";
+    writeFile(kUserFile, document);
+    json_t* web = readJSONZT4ConfigWeb();
+    EXPECT_EQ(zt4test::compact(web), R"({"Language":"de","Old":1})");
+    json_t* setup = readJSONZT4ConfigSetupConnectors();
+    EXPECT_EQ(zt4test::compact(setup), R"({"Setup":4})");
+    zt4test::clearLog();
+    EXPECT_EQ(writeJSONZT4ConfigWeb(web), -1);
+    EXPECT_TRUE(zt4test::logged("error.[writeJSONZT4UserConfigWebSyntaxVersion0]: syntax version 0 is not supported",
+                                LOG_ERR));
+    EXPECT_EQ(readFile(kUserFile), document);
+    json_decref(setup);
+    json_decref(web);
+}
+
+struct CliCase {
+    const char* arguments;  // "{candidate}" stands for a candidate file's path
+    int status;
+    const char* output;     // fragment of stdout and stderr together
+    bool changed;           // the stored document changed
+};
+void PrintTo(const CliCase& c, std::ostream* out) { *out << c.arguments; }
+
+class UserCommand : public UserDocument, public ::testing::WithParamInterface<CliCase> {};
+
+TEST_P(UserCommand, ExitStatusOutputAndFile) {
+    if (std::getenv("ZT4_CLI") == nullptr) GTEST_SKIP() << "ZT4_CLI not set";
+    const CliCase& c = GetParam();
+    std::string arguments = c.arguments;
+    const std::size_t at = arguments.find("{candidate}");
+    if (at != std::string::npos) {
+        const std::size_t bad = arguments.find(" bad");
+        arguments.replace(at, 11, bad == std::string::npos ? candidate("c.json") : candidate("c.json", "Modbus", "SlaveID", "0"));
+        if (bad != std::string::npos) arguments.erase(arguments.find(" bad"));
+    }
+    std::string output;
+    EXPECT_EQ(zt4test::runCli(root(), arguments, output), c.status) << output;
+    EXPECT_NE(output.find(c.output), std::string::npos) << output;
+    EXPECT_EQ(readFile(kUserFile) != kStored, c.changed);
+}
+
+INSTANTIATE_TEST_SUITE_P(Arguments, UserCommand, ::testing::Values(
+    CliCase{"get web", 0, "\"Language\": \"fr\"", false},
+    CliCase{"get bacnet", 0, "\"Port\": 47808", false},
+    CliCase{"get connector 2", 0, "\"CurrentTransformerModel\": 0", false},
+    CliCase{"set web '{\"Language\": \"en\"}'", 0, "", true},
+    CliCase{"set modbus '{\"RTUBaudrate\": 4800}'", 1, "INVALID Configuration Modbus", false},
+    CliCase{"set web '{not json'", 2, "invalid JSON", false},
+    CliCase{"set electrical '{}'", 2, "cannot be written", false},
+    CliCase{"get connector 7", 2, "1 to 6", false},
+    CliCase{"get nothing", 2, "unknown section", false},
+    CliCase{"get", 2, "usage:", false},
+    CliCase{"check {candidate}", 0, "ok", false},
+    CliCase{"check {candidate} bad", 1, "6 Modbus", false},
+    CliCase{"apply {candidate}", 0, "ok", true},
+    CliCase{"apply {candidate} bad", 1, "6 Modbus", false}));
+
+}  // namespace
