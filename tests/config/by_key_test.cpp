@@ -6,35 +6,6 @@ namespace {
 
 using zt4test::expectResult;
 
-struct ByKeyCase {
-    const char* key;
-    const char* expected;  // compact member, nullptr for a failure
-    const char* line;
-};
-
-class ByKeyObject : public ::testing::TestWithParam<ByKeyCase> {};
-
-// The four array keys are read as arrays, every other key as an object.
-TEST_P(ByKeyObject, PicksObjectOrArrayByKey) {
-    const ByKeyCase& c = GetParam();
-    zt4test::clearLog();
-    json_t* document = zt4test::parse(
-        "{\"Web\":{\"Port\":80},\"Connectors\":[{}],\"Channel\":[1],\"CurrentTransformer\":[2],"
-        "\"Phase\":{\"x\":1},\"Expert\":[3]}");
-    expectResult(readJSONZT4ByKeyObject(document, c.key), c.expected, c.line);
-    json_decref(document);
-}
-
-INSTANTIATE_TEST_SUITE_P(Keys, ByKeyObject, ::testing::Values(
-    ByKeyCase{"Web", "{\"Port\":80}", nullptr},
-    ByKeyCase{"Connectors", "[{}]", nullptr},
-    ByKeyCase{"Channel", "[1]", nullptr},
-    ByKeyCase{"CurrentTransformer", "[2]", nullptr},
-    ByKeyCase{"Phase", nullptr, "error.[readJSONZT4ByKeyObject]: FAILED to read Array JSON Phase"},
-    ByKeyCase{"Expert", nullptr, "error.[readJSONZT4ByKeyObject]: FAILED to read Object JSON Expert"},
-    ByKeyCase{"Modbus", nullptr, "error.[readJSONZT4ByKeyObject]: FAILED to read Object JSON Modbus"},
-    ByKeyCase{nullptr, nullptr, "error.[readJSONZT4ByKeyObject]: key NULL"}));
-
 // A stand-in section check: builds its defaults when given no section.
 int checkCalls = 0;
 json_t* fakeCheck(json_t* section, int8_t* status) {

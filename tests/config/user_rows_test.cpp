@@ -5,6 +5,8 @@
 //  LOG    every line logged at the error level, in order, separated by " ; ", then "<6>" lines
 //         that must be among the info lines. "~Name: " stands for "error.[<family>NameSyntaxVersion1]: ",
 //         "~: " for the function of the row, "{root}" for the device root.
+//  KIND   check, comply, filter, write, read (named functions); version (the document's syntax
+//         version); bykey (FUNCTION is the key read from the document).
 //  AFTER  "path=json" (or "=json", the whole value) that must hold afterwards; "unchanged" for a
 //         write that must leave the stored file as it was.
 #include <syslog.h>
@@ -16,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "config/v1/by_key.hpp"
 #include "config/v1/user_checks.hpp"
 #include "support/harness.hpp"
 #include "zt4config.h"
@@ -93,61 +96,34 @@ using Rule = int (*)(json_t*);
 using Filter = int (*)(json_t*, json_t*);
 using Reader = json_t* (*)();
 #define NAMED(f) {#f, reinterpret_cast<void*>(f)}
+#define C(s) NAMED(checkJSONZT4UserConfig##s##SyntaxVersion1)
+#define R(s) NAMED(complianceJSONZT4UserConfig##s##SyntaxVersion1)
+#define F(s) NAMED(filterUserConfig##s##SyntaxVersion1)
 const std::map<std::string, void*> kFunctions = {
-    NAMED(checkJSONZT4UserConfigWebSyntaxVersion1), NAMED(checkJSONZT4UserConfigRadioLoRaSyntaxVersion1),
-    NAMED(checkJSONZT4UserConfigWiFiSyntaxVersion1), NAMED(checkJSONZT4UserConfigEthernetSyntaxVersion1),
-    NAMED(checkJSONZT4UserConfigModbusSyntaxVersion1), NAMED(checkJSONZT4UserConfigBACnetSyntaxVersion1),
-    NAMED(checkJSONZT4UserConfigElectricalConfigurationSyntaxVersion1),
-    NAMED(checkJSONZT4UserConfigVoltageTransformerSyntaxVersion1), NAMED(checkJSONZT4UserConfigConnectorsSyntaxVersion1),
-    NAMED(checkJSONZT4UserConfigConnectorSyntaxVersion1), NAMED(checkJSONZT4UserConfigConnectorChannelCommonSyntaxVersion1),
-    NAMED(checkJSONZT4UserConfigConnectorChannel1PSyntaxVersion1), NAMED(checkJSONZT4UserConfigConnectorChannel3PSyntaxVersion1),
-    NAMED(checkJSONZT4UserConfigExpertSyntaxVersion1), NAMED(checkJSONZT4UserConfigExpertSagSyntaxVersion1),
-    NAMED(checkJSONZT4UserConfigExpertSwellSyntaxVersion1), NAMED(checkJSONZT4UserConfigExpertCurrentAverageMaxSyntaxVersion1),
-    NAMED(checkJSONZT4UserConfigExpertOverCurrentSyntaxVersion1), NAMED(checkJSONZT4UserConfigExpertConnectorsSyntaxVersion1),
-    NAMED(checkJSONZT4UserConfigExpertConnector3PSyntaxVersion1),
-    NAMED(checkJSONZT4UserConfigExpertConnectorChannelSyntaxVersion1),
+    C(Web), C(RadioLoRa), C(WiFi), C(Ethernet), C(Modbus), C(BACnet), C(ElectricalConfiguration),
+    C(VoltageTransformer), C(Connectors), C(Connector), C(ConnectorChannelCommon), C(ConnectorChannel1P),
+    C(ConnectorChannel3P), C(Expert), C(ExpertSag), C(ExpertSwell), C(ExpertCurrentAverageMax),
+    C(ExpertOverCurrent), C(ExpertConnectors), C(ExpertConnector3P), C(ExpertConnectorChannel), R(Web),
+    R(RadioLoRa), R(WiFi), R(Ethernet), R(Modbus), R(BACnet), R(ElectricalConfiguration), R(VoltageTransformer),
+    R(Connectors), R(Connector), R(ConnectorChannelCommon), R(ConnectorChannel3P), R(ConnectorChannel1P), R(Expert),
+    R(ExpertSagSwell), R(ExpertSag), R(ExpertSwell), R(ExpertCurrentAverageMax), R(ExpertOverCurrent),
+    R(ExpertConnectors), R(ExpertConnector), R(ExpertConnectorChannelCommon), R(ExpertConnectorChannel3P),
+    R(ExpertConnectorChannel1P), F(Web), F(RadioLoRa), F(WiFi), F(Ethernet), F(Modbus), F(BACnet),
+    F(ElectricalConfiguration), F(VoltageTransformer), F(Connectors), F(Connector), F(ConnectorChannels),
+    F(ConnectorChannelCommon), F(ConnectorChannel3P), F(ConnectorChannel1P), F(CurrentTransformer),
+    F(CurrentTransformerDirection), F(CurrentTransformerPrimary), F(Expert), F(ExpertSagSwell), F(ExpertSag),
+    F(ExpertSwell), F(ExpertPhases), F(ExpertPhase), F(ExpertCurrentAverageMax), F(ExpertOverCurrent),
+    F(ExpertConnectors), F(ExpertConnector), F(ExpertConnectorChannels), F(ExpertConnectorChannel), F(File),
     NAMED(checkJSONZT4SystemExpertCircuitBreakerTripSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigSyntaxVersion1), NAMED(complianceJSONZT4UserConfigWebSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigRadioLoRaSyntaxVersion1), NAMED(complianceJSONZT4UserConfigWiFiSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigEthernetSyntaxVersion1), NAMED(complianceJSONZT4UserConfigModbusSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigBACnetSyntaxVersion1), NAMED(complianceJSONZT4UserConfigElectricalConfigurationSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigVoltageTransformerSyntaxVersion1), NAMED(complianceJSONZT4UserConfigConnectorsSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigConnectorSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigConnectorChannelCommonSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigConnectorChannel3PSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigConnectorChannel1PSyntaxVersion1), NAMED(complianceJSONZT4UserConfigExpertSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigExpertSagSwellSyntaxVersion1), NAMED(complianceJSONZT4UserConfigExpertSagSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigExpertSwellSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigExpertCurrentAverageMaxSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigExpertOverCurrentSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigExpertConnectorsSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigExpertConnectorSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigExpertConnectorChannelCommonSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigExpertConnectorChannel3PSyntaxVersion1),
-    NAMED(complianceJSONZT4UserConfigExpertConnectorChannel1PSyntaxVersion1),
-    NAMED(filterUserConfigSyntaxVersion1), NAMED(filterUserConfigWebSyntaxVersion1), NAMED(filterUserConfigRadioLoRaSyntaxVersion1),
-    NAMED(filterUserConfigWiFiSyntaxVersion1), NAMED(filterUserConfigEthernetSyntaxVersion1), NAMED(filterUserConfigModbusSyntaxVersion1),
-    NAMED(filterUserConfigBACnetSyntaxVersion1), NAMED(filterUserConfigElectricalConfigurationSyntaxVersion1),
-    NAMED(filterUserConfigVoltageTransformerSyntaxVersion1), NAMED(filterUserConfigConnectorsSyntaxVersion1),
-    NAMED(filterUserConfigConnectorSyntaxVersion1), NAMED(filterUserConfigConnectorChannelsSyntaxVersion1),
-    NAMED(filterUserConfigConnectorChannelCommonSyntaxVersion1), NAMED(filterUserConfigConnectorChannel3PSyntaxVersion1),
-    NAMED(filterUserConfigConnectorChannel1PSyntaxVersion1), NAMED(filterUserConfigCurrentTransformerSyntaxVersion1),
-    NAMED(filterUserConfigCurrentTransformerDirectionSyntaxVersion1),
-    NAMED(filterUserConfigCurrentTransformerPrimarySyntaxVersion1), NAMED(filterUserConfigExpertSyntaxVersion1),
-    NAMED(filterUserConfigExpertSagSwellSyntaxVersion1), NAMED(filterUserConfigExpertSagSyntaxVersion1),
-    NAMED(filterUserConfigExpertSwellSyntaxVersion1), NAMED(filterUserConfigExpertPhasesSyntaxVersion1),
-    NAMED(filterUserConfigExpertPhaseSyntaxVersion1), NAMED(filterUserConfigExpertCurrentAverageMaxSyntaxVersion1),
-    NAMED(filterUserConfigExpertOverCurrentSyntaxVersion1), NAMED(filterUserConfigExpertConnectorsSyntaxVersion1),
-    NAMED(filterUserConfigExpertConnectorSyntaxVersion1), NAMED(filterUserConfigExpertConnectorChannelsSyntaxVersion1),
-    NAMED(filterUserConfigExpertConnectorChannelSyntaxVersion1), NAMED(filterUserConfigFileSyntaxVersion1),
+    NAMED(complianceJSONZT4UserConfigSyntaxVersion1), NAMED(filterUserConfigSyntaxVersion1),
     NAMED(writeJSONZT4ConfigWeb), NAMED(writeJSONZT4ConfigRadio), NAMED(writeJSONZT4ConfigWiFi),
     NAMED(writeJSONZT4ConfigEthernet), NAMED(writeJSONZT4ConfigModbus), NAMED(writeJSONZT4ConfigBACnet),
     NAMED(writeJSONZT4ConfigConnector), NAMED(writeJSONZT4ConfigExpert), NAMED(writeJSONZT4ConfigSetupConnectors),
-    NAMED(writeJSONZT4UserConfigVoltageTransformerSyntaxVersion1),
-    NAMED(readJSONZT4ConfigWeb), NAMED(readJSONZT4ConfigRadio), NAMED(readJSONZT4ConfigRadioWithDevEUI),
-    NAMED(readJSONZT4ConfigWiFi), NAMED(readJSONZT4ConfigEthernet), NAMED(readJSONZT4ConfigModbus),
-    NAMED(readJSONZT4ConfigBACnet), NAMED(readJSONZT4ConfigConnector), NAMED(readJSONZT4ConfigExpert),
-    NAMED(readJSONZT4ConfigSetupConnectors), NAMED(readJSONZT4UserConfigElectricalConfigurationSyntaxVersion1),
+    NAMED(writeJSONZT4UserConfigVoltageTransformerSyntaxVersion1), NAMED(readJSONZT4ConfigWeb),
+    NAMED(readJSONZT4ConfigRadio), NAMED(readJSONZT4ConfigRadioWithDevEUI), NAMED(readJSONZT4ConfigWiFi),
+    NAMED(readJSONZT4ConfigEthernet), NAMED(readJSONZT4ConfigModbus), NAMED(readJSONZT4ConfigBACnet),
+    NAMED(readJSONZT4ConfigConnector), NAMED(readJSONZT4ConfigExpert), NAMED(readJSONZT4ConfigSetupConnectors),
+    NAMED(readJSONZT4UserConfigElectricalConfigurationSyntaxVersion1),
     NAMED(readJSONZT4UserConfigConnectorChannelsSyntaxVersion1),
     NAMED(readJSONZT4UserConfigExpertConnectorsSyntaxVersion1),
     NAMED(readJSONZT4UserConfigExpertConnectorChannelsSyntaxVersion1)};
@@ -211,13 +187,15 @@ TEST_P(UserRow, ResultLogAndEffect) {
     const std::vector<std::string>& f = GetParam().field;
     const std::string& kind = f[0];
     std::string name = f[1];
-    if (name.find("JSONZT4") == std::string::npos && name.find("filterUserConfig") == std::string::npos) {
+    if (kFamily.count(kind) && name.find("JSONZT4") == std::string::npos && name.find("filterUserConfig") == std::string::npos) {
         name = kFamily.at(kind) + name + "SyntaxVersion1";
     }
     const bool whole = f[1] == "File";
     if (whole && kind == "comply") name = "checkComplianceUserConfigFileSyntaxVersion1";
-    ASSERT_TRUE(whole || kFunctions.count(name)) << name;
-    void* function = whole && kind == "comply" ? nullptr : kFunctions.at(name);
+    if (kind == "bykey") name = "readJSONZT4ByKeyObject";
+    const bool direct = !kFamily.count(kind) || (whole && kind == "comply");
+    ASSERT_TRUE(direct || kFunctions.count(name)) << name;
+    void* function = direct ? nullptr : kFunctions.at(name);
     const bool example = kind == "comply" || kind == "filter" || kind == "read";
     json_t* input = nullptr;
     if (f[2].rfind("@", 0) == 0 || (example && f[2] == "")) {
@@ -251,6 +229,11 @@ TEST_P(UserRow, ResultLogAndEffect) {
     } else if (kind == "filter") {
         after = f[5].rfind("[", 0) == 0 ? json_array() : json_object();
         result = reinterpret_cast<Filter>(function)(input, after);
+    } else if (kind == "version") {
+        result = readJSONSyntaxVersion(input);
+    } else if (kind == "bykey") {
+        after = readJSONZT4ByKeyObject(input, f[1] == "-" ? nullptr : f[1].c_str());
+        result = after == nullptr ? -1 : 0;
     } else if (kind == "read") {
         after = reinterpret_cast<Reader>(function)();
         result = after == nullptr ? -1 : 0;
