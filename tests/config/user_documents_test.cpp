@@ -35,41 +35,6 @@ protected:
     }
 };
 
-TEST_F(UserDocument, FailingCandidatesLeaveTheStoredDocumentAsItWas) {
-    writeFile("/var/tmp/broken.json", "{\"Web\": ");
-    const struct {
-        std::string file;
-        int section;
-        std::string lines;  // every error line, "|" between them
-    } cases[] = {
-        {candidate("noweb.json", "Web"), 2,
-         "error.[complianceJSONZT4UserConfigWebSyntaxVersion1]: Web NULL|"
-         "error.[checkComplianceUserConfigFileSyntaxVersion1]: Failed to check JSON section Web|"
-         "error.[checkComplianceUserConfigFile]: FAILED to check compliance User configuration file"},
-        {candidate("v0.json", "Syntax"), 0,
-         "error.[checkComplianceUserConfigFileSyntaxVersion0]: syntax version 0 is not supported|"
-         "error.[checkComplianceUserConfigFile]: FAILED to check compliance User configuration file"},
-        {path("/var/tmp/none.json"), 0, "error.[readJSONFile]: fd INVALID for " + path("/var/tmp/none.json") +
-         "|error.[checkComplianceUserConfigFile]: FAILED to open file " + path("/var/tmp/none.json") + " in JSON format"},
-    };
-    for (const auto& c : cases) {
-        zt4test::clearLog();
-        std::uint8_t section = 0;
-        EXPECT_EQ(checkComplianceUserConfigFile(c.file.c_str(), &section), -1) << c.file;
-        EXPECT_EQ(section, c.section) << c.file;
-        EXPECT_EQ(readFile(kUserFile), kStored) << c.file;
-        std::string lines;
-        for (const auto& entry : zt4test::capturedLog()) {
-            if (entry.priority == LOG_ERR) lines += (lines.empty() ? "" : "|") + entry.text;
-        }
-        EXPECT_EQ(lines, c.lines);
-    }
-    std::uint8_t section = 0;
-    EXPECT_EQ(checkComplianceUserConfigFile(path("/var/tmp/broken.json").c_str(), &section), -1);
-    EXPECT_TRUE(zt4test::logged("error.[checkComplianceUserConfigFile]: FAILED to open file " +
-                                path("/var/tmp/broken.json") + " in JSON format", LOG_ERR));
-}
-
 TEST_F(UserDocument, ACompliantCandidateIsStoredFilteredWithoutTheTemporaryFile) {
     const std::string file = candidate("debug.json", "Debug", nullptr, "3");
     std::uint8_t section = 9;

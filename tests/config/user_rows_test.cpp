@@ -6,7 +6,8 @@
 //         that must be among the info lines. "~Name: " stands for "error.[<family>NameSyntaxVersion1]: ",
 //         "~: " for the function of the row, "{root}" for the device root.
 //  KIND   check, comply, filter, write, read (named functions); version (the document's syntax
-//         version); bykey (FUNCTION is the key read from the document).
+//         version); bykey (FUNCTION is the key read from the document); takeup (a candidate file,
+//         INPUT "!text" for its raw text; RESULT the failing section, or -1 with none).
 //  AFTER  "path=json" (or "=json", the whole value) that must hold afterwards; "unchanged" for a
 //         write that must leave the stored file as it was.
 #include <syslog.h>
@@ -16,6 +17,7 @@
 #include <map>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "config/v1/by_key.hpp"
@@ -193,21 +195,24 @@ TEST_P(UserRow, ResultLogAndEffect) {
     const bool whole = f[1] == "File";
     if (whole && kind == "comply") name = "checkComplianceUserConfigFileSyntaxVersion1";
     if (kind == "bykey") name = "readJSONZT4ByKeyObject";
+    if (kind == "takeup") name = "checkComplianceUserConfigFile";
     const bool direct = !kFamily.count(kind) || (whole && kind == "comply");
     ASSERT_TRUE(direct || kFunctions.count(name)) << name;
     void* function = direct ? nullptr : kFunctions.at(name);
-    const bool example = kind == "comply" || kind == "filter" || kind == "read";
+    const bool example = kind == "comply" || kind == "filter" || kind == "read" || kind == "takeup";
+    const std::string candidate = "/var/tmp/candidate.json";
+    if (kind == "takeup" && f[2].rfind("!", 0) == 0) writeFile(candidate, f[2].substr(1));
     json_t* input = nullptr;
     if (f[2].rfind("@", 0) == 0 || (example && f[2] == "")) {
         std::int8_t ignored;
         input = kind == "check" ? reinterpret_cast<Check>(function)(nullptr, &ignored) : decode(readFile(kUserFile));
         if (!f[2].empty()) mutate(input, f[2]);
-        if (kind == "read") {
-            ASSERT_EQ(json_dump_file(input, path(kUserFile).c_str(), 0), 0);
+        if (kind == "read" || kind == "takeup") {
+            ASSERT_EQ(json_dump_file(input, path(kind == "read" ? kUserFile : candidate).c_str(), 0), 0);
             json_decref(input);
             input = nullptr;
         }
-    } else if (f[2] != "-") {
+    } else if (f[2] != "-" && kind != "takeup") {
         input = decode(f[2]);
     }
     const std::string before = readFile(kUserFile);
@@ -234,6 +239,12 @@ TEST_P(UserRow, ResultLogAndEffect) {
     } else if (kind == "bykey") {
         after = readJSONZT4ByKeyObject(input, f[1] == "-" ? nullptr : f[1].c_str());
         result = after == nullptr ? -1 : 0;
+    } else if (kind == "takeup") {
+        std::uint8_t section = 0;
+        result = checkComplianceUserConfigFile(path(candidate).c_str(), &section);
+        if (section != 0) {
+            EXPECT_EQ(std::exchange(result, section), -1);
+        }
     } else if (kind == "read") {
         after = reinterpret_cast<Reader>(function)();
         result = after == nullptr ? -1 : 0;
@@ -254,7 +265,7 @@ TEST_P(UserRow, ResultLogAndEffect) {
         const std::size_t equals = f[5][0] == '[' || f[5][0] == '{' ? std::string::npos : f[5].find('=');
         const std::string where = f[5].substr(0, equals == std::string::npos ? 0 : equals);
         const std::string want = equals == std::string::npos ? f[5] : f[5].substr(equals + 1);
-        json_t* stored = kind == "write" ? decode(readFile(kUserFile)) : nullptr;
+        json_t* stored = kind == "write" || kind == "takeup" ? decode(readFile(kUserFile)) : nullptr;
         json_t* compared = memberAt(stored ? stored : after, where);
         json_t* expectedValue = decode(want);
         if (kind == "filter" || where.empty()) EXPECT_EQ(ordered(compared), ordered(expectedValue));
