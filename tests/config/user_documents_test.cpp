@@ -50,41 +50,6 @@ TEST_F(UserDocument, ACompliantCandidateIsStoredFilteredWithoutTheTemporaryFile)
     json_decref(stored);
 }
 
-TEST_F(UserDocument, ConnectorsByNumber) {
-    writeFile(kUserFile, readFile(candidate("example.json").substr(root().size())));
-    json_t* connector = zt4test::parse(R"({"Mode": 2, "CurrentTransformerModel": 4})");
-    ASSERT_EQ(writeJSONZT4ConfigConnectorById(connector, 3), 0) << zt4test::logDump();
-    const int modes[] = {4, 4, 2, 1, 1, 0};
-    for (std::uint8_t id = 1; id <= 6; ++id) {
-        json_t* read = readJSONZT4ConfigConnectorById(id);
-        EXPECT_EQ(json_integer_value(json_object_get(read, "Mode")), modes[id - 1]) << int(id);
-        EXPECT_EQ(json_array_size(json_object_get(read, "Channel")), id == 4 || id == 5 ? 3u : 1u) << int(id);
-        json_decref(read);
-    }
-    zt4test::clearLog();
-    EXPECT_EQ(writeJSONZT4ConfigConnectorById(connector, 7), -1);
-    EXPECT_EQ(writeJSONZT4ConfigConnectorById(connector, 0), -1);
-    json_object_set_new(connector, "Mode", json_integer(7));
-    EXPECT_EQ(writeJSONZT4ConfigConnectorById(connector, 2), -1);
-    EXPECT_EQ(readJSONZT4ConfigConnectorById(0), nullptr);
-    EXPECT_EQ(readJSONZT4ConfigConnectorById(7), nullptr);
-    writeFile(kUserFile, R"({"Syntax": {"Version": 1}, "ElectricalConfiguration": {"Connectors": [{}, {}]}})");
-    EXPECT_EQ(readJSONZT4ConfigConnectorById(3), nullptr);
-    std::string lines;
-    for (const auto& entry : zt4test::capturedLog()) lines += entry.text + "\n";
-    EXPECT_EQ(lines,
-              "error.[writeJSONZT4UserConfigConnectorByIdSyntaxVersion1]: Connector id=7 INVALID\n"
-              "error.[writeJSONZT4UserConfigConnectorByIdSyntaxVersion1]: Connector id=0 INVALID\n"
-              "error.[checkJSONZT4UserConfigConnectorSyntaxVersion1]: Channel NULL\n"
-              "error.[json_check_integer_range]: Mode value INVALID (7)\n"
-              "error.[writeJSONZT4UserConfigConnectorByIdSyntaxVersion1]: INVALID Configuration Connector\n"
-              "error.[readJSONZT4ConfigConnectorById]: Connector id=0 INVALID\n"
-              "error.[readJSONZT4ConfigConnectorById]: Connector id=7 INVALID\n"
-              "error.[readJSONZT4ConnectorById]: Connector3 not in Array JSON Connect\n"
-              "error.[readJSONZT4ConfigConnectorById]: FAILED to read Object Connector2\n");
-    json_decref(connector);
-}
-
 TEST_F(UserDocument, VersionZeroReadsAsStoredAndRefusesWrites) {
     const std::string document = R"({"Web": {"Language": "de", "Old": 1}, "SetupConnectors": {"Setup": 4}})";
     writeFile(kUserFile, document);

@@ -1,5 +1,5 @@
 // The user document's section checks, compliance rules, filters, readers and writers, one row of
-// data/user_rows.txt per case: KIND | FUNCTION | INPUT | RESULT | LOG | AFTER.
+// data/user_rows.txt per case: KIND | FUNCTION | INPUT | RESULT | LOG | AFTER | STORED.
 //  INPUT  "-" (none), a JSON text, or "@a/b/0=json & @c" (set / delete members of the base: the
 //         check's own defaults, or the example device's user document for comply, filter and read).
 //  LOG    every line logged at the error level, in order, separated by " ; ", then "<6>" lines
@@ -8,8 +8,9 @@
 //  KIND   check, comply, filter, write, read (named functions); version (the document's syntax
 //         version); bykey (FUNCTION is the key read from the document); takeup (a candidate file,
 //         INPUT "!text" for its raw text; RESULT the failing section, or -1 with none).
+//  STORED (optional) changes to the stored user document, "@..." as for INPUT, made before the call.
 //  AFTER  "path=json" (or "=json", the whole value) that must hold afterwards; "unchanged" for a
-//         write that must leave the stored file as it was.
+//         write that must leave the stored file as it was; "-" gives a filter no destination.
 #include <syslog.h>
 
 #include <cstdint>
@@ -122,6 +123,7 @@ const std::map<std::string, void*> kFunctions = {
     NAMED(writeJSONZT4ConfigEthernet), NAMED(writeJSONZT4ConfigModbus), NAMED(writeJSONZT4ConfigBACnet),
     NAMED(writeJSONZT4ConfigConnector), NAMED(writeJSONZT4ConfigExpert), NAMED(writeJSONZT4ConfigSetupConnectors),
     NAMED(writeJSONZT4UserConfigVoltageTransformerSyntaxVersion1), NAMED(readJSONZT4ConfigWeb),
+    NAMED(writeJSONZT4ConfigConnectorById), NAMED(readJSONZT4ConfigConnectorById),
     NAMED(readJSONZT4ConfigRadio), NAMED(readJSONZT4ConfigRadioWithDevEUI), NAMED(readJSONZT4ConfigWiFi),
     NAMED(readJSONZT4ConfigEthernet), NAMED(readJSONZT4ConfigModbus), NAMED(readJSONZT4ConfigBACnet),
     NAMED(readJSONZT4ConfigConnector), NAMED(readJSONZT4ConfigExpert), NAMED(readJSONZT4ConfigSetupConnectors),
@@ -145,7 +147,7 @@ std::vector<Row> rows() {
         while (line.back() == ' ') line.pop_back();
         if (line.back() == '|') line += ' ';
         std::vector<std::string> field = split(line, " | ");
-        field.resize(6);
+        field.resize(7);
         all.push_back({number, field});
     }
     return all;
@@ -188,7 +190,9 @@ protected:
 TEST_P(UserRow, ResultLogAndEffect) {
     const std::vector<std::string>& f = GetParam().field;
     const std::string& kind = f[0];
-    std::string name = f[1];
+    const std::size_t slash = f[1].find('/');  // "Function/3": a connector number as the last argument
+    const int id = slash == std::string::npos ? -1 : std::stoi(f[1].substr(slash + 1));
+    std::string name = f[1].substr(0, slash);
     if (kFamily.count(kind) && name.find("JSONZT4") == std::string::npos && name.find("filterUserConfig") == std::string::npos) {
         name = kFamily.at(kind) + name + "SyntaxVersion1";
     }
@@ -215,6 +219,12 @@ TEST_P(UserRow, ResultLogAndEffect) {
     } else if (f[2] != "-" && kind != "takeup") {
         input = decode(f[2]);
     }
+    if (!f[6].empty()) {  // changes to the stored document
+        json_t* stored = decode(readFile(kUserFile));
+        mutate(stored, f[6]);
+        ASSERT_EQ(json_dump_file(stored, path(kUserFile).c_str(), 0), 0);
+        json_decref(stored);
+    }
     const std::string before = readFile(kUserFile);
     zt4test::clearLog();
     json_t* after = nullptr;
@@ -229,10 +239,12 @@ TEST_P(UserRow, ResultLogAndEffect) {
         result = checkComplianceUserConfigFileSyntaxVersion1(input, &section);
         EXPECT_EQ(result, section == 0 ? 0 : -1);
         result = section;
+    } else if (id >= 0 && kind == "write") {
+        result = writeJSONZT4ConfigConnectorById(input, static_cast<std::uint8_t>(id));
     } else if (kind == "comply" || kind == "write") {
         result = reinterpret_cast<Rule>(function)(input);
     } else if (kind == "filter") {
-        after = f[5].rfind("[", 0) == 0 ? json_array() : json_object();
+        after = f[5] == "-" ? nullptr : f[5].rfind("[", 0) == 0 ? json_array() : json_object();
         result = reinterpret_cast<Filter>(function)(input, after);
     } else if (kind == "version") {
         result = readJSONSyntaxVersion(input);
@@ -246,7 +258,7 @@ TEST_P(UserRow, ResultLogAndEffect) {
             EXPECT_EQ(std::exchange(result, section), -1);
         }
     } else if (kind == "read") {
-        after = reinterpret_cast<Reader>(function)();
+        after = id >= 0 ? readJSONZT4ConfigConnectorById(static_cast<std::uint8_t>(id)) : reinterpret_cast<Reader>(function)();
         result = after == nullptr ? -1 : 0;
     }
     EXPECT_EQ(result, std::stol(f[3]));
@@ -261,7 +273,7 @@ TEST_P(UserRow, ResultLogAndEffect) {
     for (const std::string& info : infos) EXPECT_TRUE(zt4test::logged(info, LOG_INFO)) << info << "\n" << zt4test::logDump();
     if (f[5] == "unchanged") {
         EXPECT_EQ(readFile(kUserFile), before);
-    } else if (!f[5].empty()) {
+    } else if (!f[5].empty() && f[5] != "-") {
         const std::size_t equals = f[5][0] == '[' || f[5][0] == '{' ? std::string::npos : f[5].find('=');
         const std::string where = f[5].substr(0, equals == std::string::npos ? 0 : equals);
         const std::string want = equals == std::string::npos ? f[5] : f[5].substr(equals + 1);
