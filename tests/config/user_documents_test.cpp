@@ -46,8 +46,16 @@ TEST_F(UserDocument, ACompliantCandidateIsStoredFilteredWithoutTheTemporaryFile)
     json_t* stored = zt4test::parse(readFile(kUserFile).c_str());
     json_t* expected = json_load_file(ZT4_EXAMPLE_DEVICE "/home/nvram/zt4config.json", 0, nullptr);
     EXPECT_EQ(zt4test::compact(stored), zt4test::compact(expected));
+    EXPECT_EQ(readFile(kUserFile).substr(0, 31), "{\n" + std::string(17, ' ') + "\"Syntax\": {\n");
     json_decref(expected);
     json_decref(stored);
+    // A document that cannot be written, and no candidate at all.
+    removeFile(kUserFile);
+    writeFile(std::string(kUserFile) + "/keep", "x");
+    EXPECT_EQ(checkComplianceUserConfigFile(file.c_str(), &section), -1);
+    EXPECT_EQ(checkComplianceUserConfigFile(nullptr, &section), -1);
+    EXPECT_TRUE(zt4test::logged("error.[checkComplianceUserConfigFile]: path NULL", LOG_ERR));
+    EXPECT_EQ(section, 9);
 }
 
 // Without a stored document the version reads as 0, whose readers find nothing.
