@@ -6,6 +6,7 @@
 #include <string>
 
 #include "support/cli.hpp"
+#include "config/v1/user_checks.hpp"
 #include "support/harness.hpp"
 #include "zt4config.h"
 
@@ -64,6 +65,25 @@ TEST_F(UserDocument, WithoutAStoredDocumentReadsGoToVersionZero) {
     EXPECT_EQ(readJSONZT4ConfigWeb(), nullptr);
     EXPECT_TRUE(zt4test::logged("error.[readZT4UserConfigFileSyntaxVersion]: Failed to read User configuration file", LOG_ERR));
     EXPECT_TRUE(zt4test::logged("error.[readJSONZT4UserConfigWebSyntaxVersion0]: zt4 NULL", LOG_ERR));
+}
+
+// The radio identifiers and the access point's name come from device files; without them the
+// defaults are empty.
+TEST_F(UserDocument, DeviceBoundDefaultsWithoutTheirFiles) {
+    std::int8_t status = 0;
+    json_t* radio = checkJSONZT4UserConfigRadioLoRaSyntaxVersion1(nullptr, &status);
+    json_t* wifi = checkJSONZT4UserConfigWiFiSyntaxVersion1(nullptr, &status);
+    EXPECT_EQ(zt4test::compact(json_object_get(radio, "APPKEY")) + zt4test::compact(json_object_get(radio, "APPEUI")), "\"\"\"\"");
+    EXPECT_EQ(zt4test::compact(json_object_get(wifi, "SSID")), "\"\"");
+    std::string lines;
+    for (const auto& entry : zt4test::capturedLog()) {
+        if (entry.text.rfind("error.[check", 0) == 0) lines += std::to_string(entry.priority) + entry.text + "\n";
+    }
+    EXPECT_EQ(lines, "3error.[checkJSONZT4UserConfigRadioLoRaSyntaxVersion1] FAILED to open file '" + path("/var/tmp/radioappkey") +
+                         "'\n3error.[checkJSONZT4UserConfigRadioLoRaSyntaxVersion1] FAILED to open file '" +
+                         path("/var/tmp/radioappeui") + "'\n3error.[checkJSONZT4UserConfigWiFiSyntaxVersion1]: Failed to get SSID\n");
+    json_decref(wifi);
+    json_decref(radio);
 }
 
 struct CliCase {
