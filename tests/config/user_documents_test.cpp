@@ -86,6 +86,17 @@ TEST_F(UserDocument, DeviceBoundDefaultsWithoutTheirFiles) {
     json_decref(radio);
 }
 
+// Only a band named exactly is passed on to the radio.
+TEST_F(UserDocument, RadioBandFile) {
+    for (const char* band : {"US-915", "EU-868 Europe"}) {
+        json_t* radio = json_pack("{s:i,s:i,s:i,s:s,s:s,s:s}", "Enable", 1, "Period", 10, "FrameFormat", 1, "Band", band,
+                                  "APPKEY", "", "APPEUI", "");
+        EXPECT_EQ(writeJSONZT4UserConfigRadioLoRaSyntaxVersion1(radio), 0) << zt4test::logDump();
+        EXPECT_EQ(readFile("/home/nvram/regionbandlora"), "US-915\n");
+        json_decref(radio);
+    }
+}
+
 struct CliCase {
     const char* arguments;  // "{candidate}" stands for a candidate file's path
     int status;
