@@ -21,7 +21,6 @@ TEST(SectionDefaults, CallsThePluggedCheckWithoutASection) {
     EXPECT_EQ(zt4::v1::findUserExpertSectionDefaults("Web"), nullptr);
     EXPECT_EQ(zt4::v1::findUserSectionDefaults(nullptr), nullptr);
     const zt4::v1::SectionDefaults plugged = {"Web", fakeCheck}, unplugged = {"Web", nullptr};
-    checkCalls = 0;
     zt4test::clearLog();
     expectResult(zt4::v1::sectionDefaults(&plugged), "{\"Default\":1}", nullptr);
     EXPECT_EQ(checkCalls, 1);

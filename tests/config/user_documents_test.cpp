@@ -1,12 +1,12 @@
-// Taking up a candidate user document, connectors by number, version-0 documents and the tool's
-// user commands.
+// Taking up a candidate user document, what depends on device files or on no stored document at
+// all, and the tool's user commands.
 #include <syslog.h>
 
 #include <cstdlib>
 #include <string>
 
-#include "support/cli.hpp"
 #include "config/v1/user_checks.hpp"
+#include "support/cli.hpp"
 #include "support/harness.hpp"
 #include "zt4config.h"
 
@@ -21,15 +21,13 @@ protected:
         DeviceTest::SetUp();
         writeFile(kUserFile, kStored);
     }
-    // The example device's user document with `change` ("key/member" removed, or set to `value`).
-    std::string candidate(const std::string& name, const char* section = nullptr, const char* key = nullptr,
-                          const char* value = nullptr) {
+    // The example device's user document as a candidate file, with member `key` of `section` (or
+    // of the document) set to `value`.
+    std::string candidate(const char* section = nullptr, const char* key = nullptr, const char* value = nullptr) {
         json_t* document = json_load_file(ZT4_EXAMPLE_DEVICE "/home/nvram/zt4config.json", JSON_PRESERVE_ORDER, nullptr);
-        EXPECT_NE(document, nullptr);
-        json_t* parent = key ? json_object_get(document, section) : document;
-        if (value) json_object_set_new(parent, key ? key : section, json_loads(value, JSON_DECODE_ANY, nullptr));
-        else if (section) json_object_del(parent, key ? key : section);
-        const std::string file = path("/var/tmp/" + name);
+        json_t* parent = section ? json_object_get(document, section) : document;
+        if (key) json_object_set_new(parent, key, json_loads(value, JSON_DECODE_ANY, nullptr));
+        const std::string file = path("/var/tmp/candidate.json");
         EXPECT_EQ(json_dump_file(document, file.c_str(), JSON_INDENT(2) | JSON_PRESERVE_ORDER), 0);
         json_decref(document);
         return file;
@@ -37,7 +35,7 @@ protected:
 };
 
 TEST_F(UserDocument, ACompliantCandidateIsStoredFilteredWithoutTheTemporaryFile) {
-    const std::string file = candidate("debug.json", "Debug", nullptr, "3");
+    const std::string file = candidate(nullptr, "Debug", "3");
     std::uint8_t section = 9;
     ASSERT_EQ(checkComplianceUserConfigFile(file.c_str(), &section), 0) << zt4test::logDump();
     EXPECT_EQ(section, 9);
@@ -97,6 +95,25 @@ TEST_F(UserDocument, RadioBandFile) {
     }
 }
 
+// With no stored document a section's writer names the section it could not read, and fails.
+TEST_F(UserDocument, SectionWritersWithoutAStoredDocument) {
+    removeFile(kUserFile);
+    writeFile("/home/nvram/hostapd.conf", "ssid=ZT4-0042\n");
+    const struct {
+        int (*write)(json_t*);
+        const char *name, *line;
+    } writers[] = {{writeJSONZT4UserConfigWebSyntaxVersion1, "Web", "web"}, {writeJSONZT4UserConfigRadioLoRaSyntaxVersion1, "RadioLoRa", "RadioLoRa"},
+                   {writeJSONZT4UserConfigWiFiSyntaxVersion1, "WiFi", "WiFi"}, {writeJSONZT4UserConfigEthernetSyntaxVersion1, "Ethernet", "Ethernet"},
+                   {writeJSONZT4UserConfigModbusSyntaxVersion1, "Modbus", "Modbus"}, {writeJSONZT4UserConfigBACnetSyntaxVersion1, "BACnet", "BACnet"}};
+    for (const auto& w : writers) {
+        json_t* empty = json_object();
+        EXPECT_EQ(w.write(empty), -1) << w.name;
+        EXPECT_TRUE(zt4test::logged("error.[writeJSONZT4UserConfig" + std::string(w.name) + "SyntaxVersion1]: FAILED to read " + w.line + " config", LOG_ERR)) << zt4test::logDump();
+        json_decref(empty);
+    }
+    EXPECT_FALSE(exists(kUserFile));
+}
+
 struct CliCase {
     const char* arguments;  // "{candidate}" stands for a candidate file's path
     int status;
@@ -114,7 +131,7 @@ TEST_P(UserCommand, ExitStatusOutputAndFile) {
     const std::size_t at = arguments.find("{candidate}");
     if (at != std::string::npos) {
         const std::size_t bad = arguments.find(" bad");
-        arguments.replace(at, 11, bad == std::string::npos ? candidate("c.json") : candidate("c.json", "Modbus", "SlaveID", "0"));
+        arguments.replace(at, 11, bad == std::string::npos ? candidate() : candidate("Modbus", "SlaveID", "0"));
         if (bad != std::string::npos) arguments.erase(arguments.find(" bad"));
     }
     std::string output;

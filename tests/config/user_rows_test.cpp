@@ -18,7 +18,6 @@
 #include <map>
 #include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "config/v1/by_key.hpp"
@@ -55,9 +54,8 @@ json_t* decode(const std::string& text) {
 }
 
 std::string ordered(const json_t* value) {
-    if (value == nullptr) return "(null)";
-    char* text = json_dumps(value, JSON_COMPACT | JSON_PRESERVE_ORDER | JSON_ENCODE_ANY);
-    std::string result = text;
+    char* text = value ? json_dumps(value, JSON_COMPACT | JSON_PRESERVE_ORDER | JSON_ENCODE_ANY) : nullptr;
+    const std::string result = text ? text : "(null)";
     free(text);
     return result;
 }
@@ -134,7 +132,7 @@ const std::map<std::string, void*> kFunctions = {
 
 struct Row {
     int number;
-    std::vector<std::string> field;  // kind, function, input, result, log, after
+    std::vector<std::string> field;  // kind, function, input, result, log, after, stored
 };
 void PrintTo(const Row& row, std::ostream* out) { *out << "row at line " << row.number; }
 
@@ -146,9 +144,8 @@ std::vector<Row> rows() {
         if (line.empty() || line[0] == '#') continue;
         while (line.back() == ' ') line.pop_back();
         if (line.back() == '|') line += ' ';
-        std::vector<std::string> field = split(line, " | ");
-        field.resize(7);
-        all.push_back({number, field});
+        all.push_back({number, split(line, " | ")});
+        all.back().field.resize(7);
     }
     return all;
 }
@@ -201,7 +198,6 @@ TEST_P(UserRow, ResultLogAndEffect) {
     if (kind == "bykey") name = "readJSONZT4ByKeyObject";
     if (kind == "takeup") name = "checkComplianceUserConfigFile";
     const bool direct = !kFamily.count(kind) || (whole && kind == "comply");
-    ASSERT_TRUE(direct || kFunctions.count(name)) << name;
     void* function = direct ? nullptr : kFunctions.at(name);
     const bool example = kind == "comply" || kind == "filter" || kind == "read" || kind == "takeup";
     const std::string candidate = "/var/tmp/candidate.json";
@@ -237,8 +233,7 @@ TEST_P(UserRow, ResultLogAndEffect) {
     } else if (kind == "comply" && whole) {
         std::uint8_t section = 0;
         result = checkComplianceUserConfigFileSyntaxVersion1(input, &section);
-        EXPECT_EQ(result, section == 0 ? 0 : -1);
-        result = section;
+        result = result == (section == 0 ? 0 : -1) ? section : 99;
     } else if (id >= 0 && kind == "write") {
         result = writeJSONZT4ConfigConnectorById(input, static_cast<std::uint8_t>(id));
     } else if (kind == "comply" || kind == "write") {
@@ -254,9 +249,7 @@ TEST_P(UserRow, ResultLogAndEffect) {
     } else if (kind == "takeup") {
         std::uint8_t section = 0;
         result = checkComplianceUserConfigFile(path(candidate).c_str(), &section);
-        if (section != 0) {
-            EXPECT_EQ(std::exchange(result, section), -1);
-        }
+        if (section != 0) result = result == -1 ? section : 99;
     } else if (kind == "read") {
         after = id >= 0 ? readJSONZT4ConfigConnectorById(static_cast<std::uint8_t>(id)) : reinterpret_cast<Reader>(function)();
         result = after == nullptr ? -1 : 0;
@@ -280,8 +273,7 @@ TEST_P(UserRow, ResultLogAndEffect) {
         json_t* stored = kind == "write" || kind == "takeup" ? decode(readFile(kUserFile)) : nullptr;
         json_t* compared = memberAt(stored ? stored : after, where);
         json_t* expectedValue = decode(want);
-        if (kind == "filter" || where.empty()) EXPECT_EQ(ordered(compared), ordered(expectedValue));
-        else EXPECT_EQ(zt4test::compact(compared), zt4test::compact(expectedValue));
+        EXPECT_EQ(ordered(compared), ordered(expectedValue));
         json_decref(expectedValue);
         json_decref(stored);
     }
