@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <random>
 
 #include "config/facade/dispatch.hpp"
@@ -233,11 +234,11 @@ TEST_F(Channels, ReadJSONZT4CnlRoutesOnTheUserFile) {
     json_decref(connector);
 }
 
-// A writer killed at any moment leaves the user document whole: the old version or the new one.
-// The copy of this process is made by the bare system call, because glibc's fork() child does not
-// survive qemu-arm's user emulation, where these tests also run.
+// A writer killed at any moment leaves the user document whole. The child is made by the bare system
+// call: glibc's fork() child does not survive qemu-arm's user emulation, where these tests also run.
 TEST_F(Channels, KilledWriterNeverLeavesAPartialDocument) {
     std::vector<json_t*> versions;  // of different sizes, so that a cut-off file cannot pass for one
+    const auto start = std::chrono::steady_clock::now();
     for (int size : {1, 40, 900}) {
         json_t* list = json_array();
         for (int i = 0; i < size; ++i) json_array_append_new(list, json_pack("{s:i,s:s}", "n", i, "t", "abcdef\xc3\xa9"));
@@ -245,7 +246,8 @@ TEST_F(Channels, KilledWriterNeverLeavesAPartialDocument) {
         ASSERT_EQ(writeJSONZT4ConfigFile(versions.back()), 0);
     }
     std::mt19937 random(std::random_device{}());
-    std::uniform_int_distribution<int> moment(0, 20000);
+    const long long took = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start).count();
+    std::uniform_int_distribution<long long> moment(0, std::clamp(took * 2, 2000LL, 60000LL));  // a little over a write
     int changed = 0;
     std::string previous = zt4test::compact(versions.back());
     for (int round = 0; round < 150; ++round) {

@@ -5,9 +5,8 @@
 //  LOG    every line logged at the error level, in order, separated by " ; ", then "<6>" lines
 //         that must be among the info lines. "~Name: " stands for "error.[<family>NameSyntaxVersion1]: ",
 //         "~: " for the function of the row, "{root}" for the device root.
-//  KIND   check, comply, filter, write, read (named functions); version (the document's syntax
-//         version); bykey (FUNCTION is the key read from the document); takeup (a candidate file,
-//         INPUT "!text" for its raw text; RESULT the failing section, or -1 with none).
+//  KIND   check, comply, filter, write, read; version (a document's syntax version); bykey (FUNCTION is
+//         the key); takeup (a candidate file, "!text" its raw text; RESULT the failing section or -1).
 //  STORED (optional) changes to the stored user document, "@..." as for INPUT, made before the call.
 //  AFTER  "path=json" (or "=json", the whole value) that must hold afterwards; "unchanged" for a
 //         write that must leave the stored file as it was; "-" gives a filter no destination.
