@@ -57,14 +57,6 @@ TEST_F(UserDocument, ACompliantCandidateIsStoredFilteredWithoutTheTemporaryFile)
     EXPECT_EQ(section, 9);
 }
 
-// Without a stored document the version reads as 0, whose readers find nothing.
-TEST_F(UserDocument, WithoutAStoredDocumentReadsGoToVersionZero) {
-    removeFile(kUserFile);
-    EXPECT_EQ(readJSONZT4ConfigWeb(), nullptr);
-    EXPECT_TRUE(zt4test::logged("error.[readZT4UserConfigFileSyntaxVersion]: Failed to read User configuration file", LOG_ERR));
-    EXPECT_TRUE(zt4test::logged("error.[readJSONZT4UserConfigWebSyntaxVersion0]: zt4 NULL", LOG_ERR));
-}
-
 // The radio identifiers and the access point's name come from device files; without them the
 // defaults are empty.
 TEST_F(UserDocument, DeviceBoundDefaultsWithoutTheirFiles) {
@@ -95,9 +87,15 @@ TEST_F(UserDocument, RadioBandFile) {
     }
 }
 
-// With no stored document a section's writer names the section it could not read, and fails.
-TEST_F(UserDocument, SectionWritersWithoutAStoredDocument) {
+// Without a stored document the version reads as 0, whose readers find nothing, and the version-1
+// readers and writers name the section they could not read.
+TEST_F(UserDocument, WithoutAStoredDocument) {
     removeFile(kUserFile);
+    EXPECT_EQ(readJSONZT4ConfigWeb(), nullptr);
+    EXPECT_TRUE(zt4test::logged("error.[readZT4UserConfigFileSyntaxVersion]: Failed to read User configuration file", LOG_ERR));
+    EXPECT_TRUE(zt4test::logged("error.[readJSONZT4UserConfigWebSyntaxVersion0]: zt4 NULL", LOG_ERR));
+    EXPECT_EQ(readJSONZT4UserConfigRadioLoRaSyntaxVersion1(), nullptr);
+    EXPECT_TRUE(zt4test::logged("error.[readJSONZT4UserConfigRadioLoRaSyntaxVersion1]: FAILED to get key RadioLoRa config", LOG_ERR));
     writeFile("/home/nvram/hostapd.conf", "ssid=ZT4-0042\n");
     const struct {
         int (*write)(json_t*);
