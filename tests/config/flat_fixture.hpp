@@ -24,15 +24,15 @@ inline std::string exampleFile(const std::string& devicePath) {
 }
 inline std::string dataFile(const std::string& name) { return exampleFile("data/" + name); }
 
-// What `write` puts on a stream, and its result.
+// What `write` puts on a stream and flushes, and its result.
 template <class Write>
 std::string linesOf(Write write, int& result) {
     char* text = nullptr;
     size_t size = 0;
     FILE* stream = open_memstream(&text, &size);
     result = write(stream);
+    std::string lines(text != nullptr ? text : "", text != nullptr ? size : 0);  // what the writer flushed before returning
     std::fclose(stream);
-    std::string lines(text, size);
     std::free(text);
     return lines;
 }
