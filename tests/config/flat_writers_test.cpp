@@ -32,7 +32,7 @@ int write(const json_t* row, FILE* stream) {
 
 // Rows of data/flat_writers.json: the "document" holding the top-level "members" (null: no file),
 // the writer (on no stream when "nullStream"), the lines written, the result, a line "logged" at
-// "priority" and the number of lines logged ("logCount").
+// "priority" and the number of lines logged ("logCount") at the "debugLevel".
 class FlatWriter : public zt4test::DeviceTest, public ::testing::WithParamInterface<const json_t*> {};
 
 TEST_P(FlatWriter, WritesTheLines) {
@@ -52,6 +52,7 @@ TEST_P(FlatWriter, WritesTheLines) {
         removeFile(path);
     }
     zt4test::clearLog();
+    debug_level = zt4test::number(row, "debugLevel");
     static const json_t* current = nullptr;
     current = row;
     int result = 7;
@@ -69,19 +70,5 @@ TEST_P(FlatWriter, WritesTheLines) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Writers, FlatWriter, ::testing::ValuesIn(zt4test::dataRows("flat_writers.json")), zt4test::rowName);
-
-// Above debug level 3 each member's key is logged before its line.
-class FlatWriterTrace : public zt4test::DeviceTest {};
-
-TEST_F(FlatWriterTrace, KeysLoggedAboveLevelThree) {
-    writeFile("/home/nvram/zt4config.json", R"({"Syntax": {"Version": 1}, "Web": {"Language": "fr"}})");
-    for (int level : {3, 4}) {
-        debug_level = level;
-        int result = 7;
-        EXPECT_EQ(zt4test::linesOf(setParameterConfigWeb, result), "Web_Language=\"fr\"\n");
-        EXPECT_EQ(zt4test::logged("[setParameterUserConfigWebSyntaxVersion1]: key=Language", LOG_INFO), level == 4);
-    }
-    debug_level = 0;
-}
 
 }  // namespace

@@ -72,6 +72,10 @@ TEST_F(UpgradeTest, TransmitModeSetsTheFrameFormatAndWritesOnlyAChange) {
         EXPECT_EQ((userMember("RadioLoRa", "FrameFormat")), std::to_string(c[2])) << c[0] << " mode " << c[1];
         EXPECT_EQ(readFile(kUserPath) != before, c[3] == 1) << c[0] << " mode " << c[1];
     }
+    // A section that its writer refuses is not updated.
+    storeUser([](json_t* document) { json_object_set_new(json_object_get(document, "RadioLoRa"), "Band", json_string("XX")); });
+    EXPECT_EQ(updateJSONZT4ConfigRadioTransmitMode(1), -1);
+    EXPECT_TRUE(zt4test::logged("error.[updateJSONZT4UserConfigRadioLoRaFrameFormatSyntaxVersion1]: FAILED to update RadioLoRa config", LOG_ERR));
     storeUser([](json_t* document) { json_object_del(json_object_get(document, "RadioLoRa"), "FrameFormat"); });
     EXPECT_EQ(updateJSONZT4ConfigRadioTransmitMode(1), -1);
     EXPECT_TRUE(zt4test::logged("error.[updateJSONZT4UserConfigRadioLoRaFrameFormatSyntaxVersion1]: FrameFormat NULL", LOG_ERR));
@@ -99,6 +103,11 @@ TEST_F(UpgradeTest, ThreephaseCountIsWrittenOnlyWhenItDiffers) {
         if (line.empty()) { EXPECT_EQ(zt4test::capturedLog().size(), 0u) << zt4test::logDump(); }
         else { EXPECT_TRUE(zt4test::logged(line, result == 0 ? LOG_INFO : LOG_ERR)) << zt4test::logDump(); }
     }
+    storeUser([](json_t* document) {
+        json_object_update(json_object_get(json_object_get(document, "ElectricalConfiguration"), "Expert"), zt4::JsonRef(json_pack("{sisi}", "Sag", 7, "NumberConnectorThreephase", 3)).get());
+    });
+    EXPECT_EQ(updateJSONZT4ConfigSetupConnectors(1), -1);
+    EXPECT_TRUE(zt4test::logged(std::string(function) + "FAILED to update number Connector Threephase config", LOG_ERR));
 }
 
 // ---- Static network lines of the flat file ---------------------------------------------------
