@@ -56,11 +56,13 @@ inline std::string rowName(const ::testing::TestParamInfo<const json_t*>& info) 
 inline const char* text(const json_t* row, const char* key) { return json_string_value(json_object_get(row, key)); }
 inline std::string member(const json_t* row, const char* key) { return compact(json_object_get(row, key)); }
 inline int number(const json_t* row, const char* key) { return static_cast<int>(json_integer_value(json_object_get(row, key))); }
-// Every line of the row's array `key` was logged at `priority`.
-inline void expectLogged(const json_t* row, const char* key, int priority) {
+// Every line of the row's array `key` was logged at `priority`; "@" stands for the device root.
+inline void expectLogged(const json_t* row, const char* key, int priority, const std::string& root = "") {
     const json_t* lines = json_object_get(row, key);
     for (size_t i = 0; i < json_array_size(lines); ++i) {
-        EXPECT_TRUE(logged(json_string_value(json_array_get(lines, i)), priority)) << json_string_value(json_array_get(lines, i)) << "\n" << logDump();
+        std::string line = json_string_value(json_array_get(lines, i));
+        if (line.find('@') != std::string::npos) line.replace(line.find('@'), 1, root);
+        EXPECT_TRUE(logged(line, priority)) << line << "\n" << logDump();
     }
 }
 

@@ -189,7 +189,7 @@ TEST_P(SystemWriter, StoresOnlyValidSections) {
     EXPECT_EQ(stored(section, inner), json_is_object(json_object_get(row, "expected")) || json_is_array(json_object_get(row, "expected"))
                                           ? zt4test::member(row, "expected") : before);
     if (json_is_true(json_object_get(row, "sameFile"))) { EXPECT_EQ(readFile(kSystemPath), file); }
-    zt4test::expectLogged(row, "lines", LOG_ERR);
+    zt4test::expectLogged(row, "lines", LOG_ERR, root());
     if (json_object_get(row, "nullLines") != nullptr) {
         EXPECT_EQ(zt4test::loggedCount(" NULL"), zt4test::number(row, "nullLines")) << zt4test::logDump();
     }

@@ -113,7 +113,7 @@ TEST_F(UpgradeTest, ThreephaseCountIsWrittenOnlyWhenItDiffers) {
 // ---- Static network lines of the flat file ---------------------------------------------------
 
 // Rows of data/upgrade_flat_lines.json: the update, its document, the flat file before (null: none)
-// and after, the result and an error line; with "copyIsDirectory" the copy cannot be created.
+// and after, the result and error lines; with "copyIsDirectory" the copy cannot be created.
 class FlatFileTest : public UpgradeTest, public ::testing::WithParamInterface<const json_t*> {};
 
 TEST_P(FlatFileTest, RewritesOnlyTheSettingsLines) {
@@ -126,11 +126,7 @@ TEST_P(FlatFileTest, RewritesOnlyTheSettingsLines) {
     json_t* document = json_is_object(json_object_get(row, "document")) ? json_object_get(row, "document") : nullptr;
     EXPECT_EQ(wifi ? updateZT4ConfigWiFi(document) : updateZT4ConfigEthernet(document), result) << zt4test::logDump();
     EXPECT_EQ(readFile("/home/nvram/zt4.cfg"), zt4test::text(row, "after"));
-    if (zt4test::text(row, "line") != nullptr) {  // "@" stands for the device root
-        std::string line = zt4test::text(row, "line");
-        if (line.find('@') != std::string::npos) line.replace(line.find('@'), 1, root());
-        EXPECT_TRUE(zt4test::logged(line, LOG_ERR)) << zt4test::logDump();
-    }
+    zt4test::expectLogged(row, "lines", LOG_ERR, root());
     EXPECT_EQ(exists("/home/nvram/zt4.cfg.new"), json_is_true(json_object_get(row, "copyIsDirectory")));
     const std::string function = wifi ? "updateZT4UserConfigWiFiSyntaxVersion1" : "updateZT4UserConfigEthernetSyntaxVersion1";
     EXPECT_EQ(zt4test::logged("[" + function + "]: File '" + path("/home/nvram/zt4.cfg.new") + "' renamed successfully", LOG_INFO), result == 0);
