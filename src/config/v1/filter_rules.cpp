@@ -183,6 +183,14 @@ int filterArray(const Section& parent, const char* key, json_t* source, json_t* 
 
 namespace {
 
+// How a parent's failure line names a nested member: an expert connector's over-current
+// thresholds and channels go by the expert's name.
+const char* memberName(const Section& parent, const char* key) {
+    if (&parent != &sections::kExpertConnector) return key;
+    if (std::strcmp(key, "OverCurrent") == 0) return "Expert OverCurrent";
+    return std::strcmp(key, "Channel") == 0 ? "Expert Channel" : key;
+}
+
 // Copies the fields [begin, end) of `section`, logging under `function` with `label` for a missing
 // source or destination: plain keys first, those a complete document may leave out after the
 // others, then the nested objects and arrays.
@@ -227,7 +235,7 @@ int filterFields(const Section& section, std::size_t begin, std::size_t end, jso
             result = filterObject(*f.nested, value, copy.get(), nested ? nested->function : function);
         }
         if (result != 0 || json_object_set(destination, f.key, copy.get()) != 0) {
-            logError(function, "Failed to filter JSON section %s", f.key);
+            logError(function, "Failed to filter JSON section %s", memberName(section, f.key));
             return -1;
         }
     }
