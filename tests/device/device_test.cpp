@@ -57,14 +57,15 @@ int ledsOn(int times) {
 }
 const std::string kLong(70, 't');  // a line longer than a written one
 
+// A row: its name; the files before ("path=content|...": "<dir>" a directory, "->target" a link);
+// the call, given 1024 bytes of 'x'; its result; the first bytes of the buffer after ('\0' shown as
+// '~'; null: not checked); the files after ("<none>" absent; '!' first: untouched, '*': rewritten);
+// the lines logged ("<priority>line|...", '@' the root, '*' any number; "": nothing; null: any).
 struct Row {
-    const char* name;
-    const char* before;      // "path=content|...": "<dir>" a directory, "->target" a link
-    int (*call)(char* out);  // `out`: 1024 bytes of 'x'
+    const char *name, *before;
+    int (*call)(char* out);
     int result;
-    const char* out;         // the first bytes of `out`, '\0' shown as '~' (null: not checked)
-    const char* after;       // "path=content|...": "<none>" absent; '!' first: untouched, '*': rewritten
-    const char* log;         // "<priority>line|..." each logged, '@' the root, '*' any number; "": nothing
+    const char *out, *after, *log;
 };
 
 bool matches(const char* pattern, const char* text) {
@@ -183,6 +184,7 @@ const Row kRows[] = {
     {"ssidMember", NV "hostapd.conf=ssid=ZT4-0123\n", [](char* o) { json_t* j = json_object(); return dumped(o, j, readSSID(j)); }, 0, R"({"SSID":"ZT4-0123"}~)", "", nullptr},
     {"ssidNoFile", "", [](char* o) { json_t* j = json_object(); return dumped(o, j, readSSID(j) + readSSID(nullptr)); }, -2, "{}~", "", "<3>error.[getConfigWiFiSSID]: FAILED open file '@" NV "hostapd.conf'. No such file or directory (2)|<3>error.[readSSID]: Failed to get SSID|<3>error.[readSSID]: json_ssid NULL"},
     {"ssidDirectory", NV "hostapd.conf=<dir>", [](char* o) { return getConfigWiFiSSID(o, 32); }, -1, nullptr, "", "<3>error.[getConfigWiFiSSID]: FAILED open file '@" NV "hostapd.conf'. Is a directory (21)"},
+    {"ssidNotObject", NV "hostapd.conf=ssid=ZT4-0123\n", [](char* o) { json_t* j = json_array(); return dumped(o, j, readSSID(j)); }, -1, "[]~", "", "<3>error.[readSSID]: Failed to set JSON Object SSID"},
     {"ssidNotText", NV "hostapd.conf=ssid=\xff\xfe\n", [](char* o) { json_t* j = json_object(); return dumped(o, j, readSSID(j)); }, -1, "{}~", "", "<3>error.[readSSID]: Failed to JSON string SSID"},
     // The production software version.
     {"version34", NV "swmainversionproduction=3.4", version, 0, "3.4.0~", "", nullptr},
@@ -195,8 +197,8 @@ const Row kRows[] = {
     {"versionArguments", NV "swmainversionproduction=3.4", [](char* o) { uint8_t v; return readMainSoftwareVersionProduction(nullptr, 16) + readMainSoftwareVersionProduction(o, 0) + readFormatMainSoftwareVersionProduction(&v, nullptr, &v); }, -3, nullptr, "", "<3>error.[readMainSoftwareVersionProduction] str NULL|<3>error.[readMainSoftwareVersionProduction] Size str NULL|<3>error.[readFormatMainSoftwareVersionProduction] value is NULL"},
     // The device-information document.
     {"deviceInfo", TMP "software=4.1.0-rc1-long-name|" NV "swmainversion=4.1.0|" TMP "slotflag2=1|" TMP "hardware=3.2.1|" TMP "bootedpartition=B2x|" NV "radiodeveui=" EUI "\n|/var/zt4/eth0/address=00:1e:c0:aa:bb:cc|/var/zt4/br0/Netmask=255.255.255.0", [](char* o) { json_t* j = json_object(); return dumped(o, j, readJSONZT4DeviceInfo(j)); }, 0, R"({"Ethernet":"00:1e:c0:aa:bb:cc","EthernetNetmask":"255.255.255.0","HW":"3.2.1","Partition":"B2x","SW":"4.1.0-rc1-long-","SW2":"4.1.0","SerialNumber":"70B3D57ED0012345","SlotFlag2":"1"}~)", "", "<6>Read device information"},
-    {"deviceInfoOthers", TMP "swrelease=r7|" NV "swupdateversion=4.0.9|" TMP "slotflag1=0|/var/zt4/br0/AddressIP=10.0.0.5|/var/zt4/br0/Broadcast=10.0.0.255|/var/zt4/wlan0/address=00:1e:c0:dd:ee:ff", [](char* o) { json_t* j = json_object(); return dumped(o, j, readJSONZT4DeviceInfo(j)); }, 0, R"({"EthernetBroadcast":"10.0.0.255","EthernetIP":"10.0.0.5","SW1":"4.0.9","SWRelease":"r7","SlotFlag1":"0","WiFi":"00:1e:c0:dd:ee:ff"}~)", "", nullptr},
-    {"deviceInfoNull", "", [](char*) { return readJSONZT4DeviceInfo(nullptr); }, -1, nullptr, "", "<6>Read device information|<3>error.[readJSONZT4DeviceInfo] json NULL"},
+    {"deviceInfoOthers", TMP "software=\xff|" TMP "swrelease=r7|" NV "swupdateversion=4.0.9|" TMP "slotflag1=0|/var/zt4/br0/AddressIP=10.0.0.5|/var/zt4/br0/Broadcast=10.0.0.255|/var/zt4/wlan0/address=00:1e:c0:dd:ee:ff", [](char* o) { json_t* j = json_object(); return dumped(o, j, readJSONZT4DeviceInfo(j)); }, 0, R"({"EthernetBroadcast":"10.0.0.255","EthernetIP":"10.0.0.5","SW1":"4.0.9","SWRelease":"r7","SlotFlag1":"0","WiFi":"00:1e:c0:dd:ee:ff"}~)", "", "<3>error.[readJSONZT4DeviceInfo] Failed to set JSON Object SW"},
+    {"deviceInfoNotObject", "", [](char*) { json_t* a = json_array(); const int result = readJSONZT4DeviceInfo(nullptr) + readJSONZT4DeviceInfo(a); json_decref(a); return result; }, -2, nullptr, "", "<6>Read device information|<3>error.[readJSONZT4DeviceInfo] json NULL|<3>error.[readJSONZT4DeviceInfo] json is not an object"},
     // Identifier formats: length, then colons three apart; a last newline is dropped in place.
     {"euiNewline", "", [](char* o) { return eui(o, EUI "\n", 23, 8); }, 0, EUI "~", "", ""},
     {"euiKey", "", [](char* o) { return eui(o, KEY, 47, 16); }, 0, KEY "~", "", ""},
@@ -292,7 +294,7 @@ const Row kRows[] = {
     {"ledLongestName", "/sys/class/leds/aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa/brightness=1", [](char*) { return leds_off("aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa"); }, 0, nullptr, "/sys/class/leds/aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa/brightness=0", ""},
     {"ledNameTooLong", "", [](char*) { return leds_off("aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaab"); }, -1, nullptr, "", "<3>error.[leds_file] LED name too long: 'aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaab'"},
     {"ledNames", "", [](char*) { return leds_heartbeat("") + leds_heartbeat(".") + leds_heartbeat("..") + leds_heartbeat("../x") + leds_heartbeat(nullptr); }, -5, nullptr, "", "<3>error.[leds_file] Invalid LED name ''|<3>error.[leds_file] Invalid LED name '.'|<3>error.[leds_file] Invalid LED name '..'|<3>error.[leds_file] Invalid LED name '../x'"},
-    {"nulls", "", [](char*) { return leds_on(nullptr) + leds_off(nullptr) + leds_blink(nullptr) + CreateFile(nullptr) + DeleteFile(nullptr); }, -5, nullptr, "", nullptr},
+    {"nulls", "", [](char*) { return leds_on(nullptr) + leds_off(nullptr) + leds_blink(nullptr) + CreateFile(nullptr) + DeleteFile(nullptr); }, -5, nullptr, "", "<3>error.[CreateFile]: path NULL|<3>error.[DeleteFile]: path NULL"},
     // Marker files.
     {"create", TMP "marker=old content", [](char*) { return CreateFile(at(TMP "marker").c_str()); }, 0, nullptr, "*" TMP "marker=", ""},
     {"createNew", "", [](char*) { return CreateFile(at(TMP "marker").c_str()); }, 0, nullptr, TMP "marker=", ""},

@@ -1,6 +1,5 @@
 // The web interface's documents on the example device: what each operation gives, stores and
 // logs, on a version-1 device and on an older version-0 one.
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -48,10 +47,7 @@ std::string expertFirst() {  // the expert options with their first connector on
 // The version-0 Ethernet documents with the addressing setting `setting` (null: none).
 std::string ethernet0(const char* setting, const char* document) {
     std::filesystem::remove(at("/home/nvram/ethernetipv4addressing"));
-    if (FILE* file = setting ? std::fopen(at("/home/nvram/ethernetipv4addressing").c_str(), "w") : nullptr) {
-        std::fputs(setting, file);
-        std::fclose(file);
-    }
+    if (setting) writeUserConfigEthernetIPv4Addressing(setting);
     if (!document) return got(readJSONZT4WebAPIConfigEthernet());
     const std::string before = fileText("/home/nvram/zt4config.json");
     json_t* value = parsed(document);
@@ -192,6 +188,7 @@ const Row kRows[] = {
     {"DirectionNotInteger", "", [] { return changed(readJSONZT4WebAPIConfigConnectors, writeJSONZT4WebAPIConfigConnectors, "1/Cnl/0/Dir/2", R"("in")"); }, "-1 unchanged", W1(Connectors, "member [1].Cnl[0].Dir[2] cannot be mapped: it has the wrong type")},
     {"ChannelNotObject", "", [] { return changed(readJSONZT4WebAPIConfigConnectors, writeJSONZT4WebAPIConfigConnectors, "3/Cnl/2", "7"); }, "-1 unchanged", W1(Connectors, "member [3].Cnl[2] cannot be mapped: it is not an object")},
     {"OneConnector", "", [] { return changed(connector2, writeConnector2, "Cnl/0/Plier", R"("CT-100")"); }, "-1 unchanged", W1(ConnectorById, "member Cnl[0].Plier cannot be mapped: it has the wrong type")},
+    {"VoltageTransformerRefused", "", [] { return changed(connector2, writeConnector2, "Cnl/0/VTPrimary", "-5.0"); }, "-1 unchanged", W1(ConnectorById, "Failed to write Voltage Transformer parameters")},
     {"ExpertStoredName", "", [] { return changed(readJSONZT4WebAPIConfigExpert, writeJSONZT4WebAPIConfigExpert, "Connect/0/THDEnable", "1"); }, "-1 unchanged", W1(Expert, "member Connect[0].THDEnable cannot be mapped: it does not survive the way back") "|" W1(Expert, "Failed to prepare Expert JSON response to Syntax Version 1")},
     {"ExpertPhaseObject", "", [] { return changed(readJSONZT4WebAPIConfigExpert, writeJSONZT4WebAPIConfigExpert, "Sag/Phase/1", R"({"Enable": 1})"); }, "-1 unchanged", W1(Expert, "member Sag.Phase[1] cannot be mapped: it has the wrong type")},
     {"ExpertOverCurrent", "", [] { return changed(readJSONZT4WebAPIConfigExpert, writeJSONZT4WebAPIConfigExpert, "Connect/5/Cnl/0/OverCurrent", "0.5"); }, "-1 unchanged", W1(Expert, "Failed to prepare Expert JSON response to Syntax Version 1")},
@@ -217,7 +214,7 @@ const Row kRows[] = {
     {"WriteDhcp", kVersion0, [] { return ethernet0("old", R"({"IPv4Addressing":"DHCP"})"); }, "-1 DHCP\n", "<6>[writeJSONZT4WebAPIConfigEthernetSyntaxVersion0]: IPv4Addressing = DHCP"},
     {"WriteCutToSeven", kVersion0, [] { return ethernet0("old", R"({"IPv4Addressing":"DHCPserver"})"); }, "-1 DHCPser\n", "<6>[writeJSONZT4WebAPIConfigEthernetSyntaxVersion0]: IPv4Addressing = DHCPser"},
     {"WriteNotText", kVersion0, [] { return ethernet0("old", R"({"IPv4Addressing":1})"); }, "-1 Static\n", "<6>[writeJSONZT4WebAPIConfigEthernetSyntaxVersion0]: IPv4Addressing = Static"},
-    {"WriteAbsent", kVersion0, [] { return ethernet0("old", R"({"AddressIP":"10.0.0.2"})"); }, "-1 old", "<6>[writeJSONZT4WebAPIConfigEthernetSyntaxVersion0]: IPv4Addressing = Static"},
+    {"WriteAbsent", kVersion0, [] { return ethernet0("old", R"({"AddressIP":"10.0.0.2"})"); }, "-1 old\n", "<6>[writeJSONZT4WebAPIConfigEthernetSyntaxVersion0]: IPv4Addressing = Static"},
 };
 INSTANTIATE_TEST_SUITE_P(WebAPI, Operation, ::testing::ValuesIn(kRows), [](const auto& row) { return std::string(row.param.name); });
 
