@@ -147,7 +147,7 @@ const Row kRows[] = {
     {"hw101", TMP "hardware=10.1", board, 10, nullptr, "", ""},
     {"hwNone", "", board, 10, nullptr, "", "<4>No file for 'hardware'"},
     // The serial number: the device EUI's groups, a blank after the fourth on demand.
-    {"serial", NV "radiodeveui=" EUI "\n", [](char* o) { return getSerialNumber(o, 64, 0); }, 16, "70B3D57ED0012345~", "", nullptr},
+    {"serial", NV "radiodeveui=" EUI "\n", [](char* o) { return getSerialNumber(o, 64, 2); }, 16, "70B3D57ED0012345~", "", nullptr},
     {"serialSpaced", NV "radiodeveui=" EUI "\n", [](char* o) { return getSerialNumber(o, 64, 1); }, 17, "70B3D57E D0012345~", "", nullptr},
     {"serialFits", NV "radiodeveui=" EUI, [](char* o) { return getSerialNumber(o, 17, 0); }, 16, "70B3D57ED0012345~x", "", nullptr},
     {"serialCut", NV "radiodeveui=" EUI, [](char* o) { return getSerialNumber(o, 17, 1); }, -1, "70B3D57E D001234~x", "", "<3>error.[getSerialNumber].* FAILED to write serial number"},
@@ -273,7 +273,8 @@ const Row kRows[] = {
     {"joinZero", JOIN "=7\n", [](char* o) { return setTimestampLastJoin(0) | joinTime(o); }, 0, "0~", JOIN "=0\n", ""},
     {"joinMissing", "", joinTime, -1, "0~", "", ""},
     {"joinMissingTraced", "", [](char* o) { debug_level = 2; return joinTime(o); }, -1, "0~", "", "<3>error.[getTimestampLastJoin]: fd INVALID"},
-    {"joinEmpty", JOIN "=", joinTime, -1, "0~", "", nullptr},
+    {"joinEmpty", JOIN "=", joinTime, -1, "0~", "", "<3>error.[getTimestampLastJoin] value is empty"},
+    {"joinFifteenDigits", JOIN "=000000000000000123", joinTime, 0, "0~", "", ""},
     {"joinNull", "", [](char*) { return getTimestampLastJoin(nullptr); }, -1, nullptr, "", "<3>error.[getTimestampLastJoin] value is NULL"},
     {"joinNoDirectory", "", [](char*) { rmdir(at("/var/run").c_str()); return setTimestampLastJoin(5); }, -1, nullptr, "", "<3>error.[setTimestampLastJoin]: fd INVALID"},
     {"joinWriteFails", JOIN "=->/dev/full", [](char*) { return setTimestampLastJoin(5); }, -1, nullptr, "", "<3>[setTimestampLastJoin] FAILED to write file '@" JOIN "'"},
