@@ -15,14 +15,10 @@
 
 namespace zt4test {
 
-// A file of the example device ("/home/nvram/zt4system.json"), or of tests/config/data ("data/x").
-inline std::string exampleFile(const std::string& devicePath) {
-    std::ifstream in(std::string(ZT4_EXAMPLE_DEVICE) + (devicePath.rfind("data/", 0) == 0 ? "/../../tests/config/" : "") + devicePath);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
+// An expected file or a table kept under tests/config/data.
+inline std::string dataFile(const std::string& name) {
+    return readText(std::string(ZT4_EXAMPLE_DEVICE) + "/../../tests/config/data/" + name);
 }
-inline std::string dataFile(const std::string& name) { return exampleFile("data/" + name); }
 
 // What `write` puts on a stream and flushes, and its result.
 template <class Write>
