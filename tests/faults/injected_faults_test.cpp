@@ -347,6 +347,7 @@ TEST_P(InjectedFaults, EveryFailingCallIsRefusedAndLosesNothing) {
         }
     }
     EXPECT_GT(injected, 0UL);
+    RecordProperty("injected", std::to_string(injected));
     fs::remove_all(s.work);
 }
 
