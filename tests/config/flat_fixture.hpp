@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -42,7 +43,10 @@ inline std::string taken(json_t* value) {
 
 // The rows of a table under tests/config/data (a JSON array of objects, each with its "name").
 inline std::vector<const json_t*> dataRows(const std::string& name) {
-    json_t* table = json_loads(dataFile(name).c_str(), 0, nullptr);  // kept for the whole run
+    // Kept for the whole run, released at exit.
+    static std::vector<std::unique_ptr<json_t, void (*)(json_t*)>> tables;
+    json_t* table = json_loads(dataFile(name).c_str(), 0, nullptr);
+    tables.emplace_back(table, [](json_t* t) { json_decref(t); });
     std::vector<const json_t*> rows;
     for (size_t i = 0; i < json_array_size(table); ++i) rows.push_back(json_array_get(table, i));
     return rows;
