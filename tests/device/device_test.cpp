@@ -331,4 +331,14 @@ TEST_F(JoinTimestamp, WaitsForTheWriteLock) {
     EXPECT_EQ(readFile(JOIN), "1795431600");
 }
 
+// A radio daemon parameter that cannot be read is also reported on stderr, where the start
+// scripts' logs collect it.
+TEST_F(JoinTimestamp, UnreadableRadioParameterIsReportedOnStderr) {
+    char value[32];
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(getConfigRadio("Band", value, sizeof value), -1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "fopen /var/tmp/radio***: No such file or directory\n");
+    EXPECT_TRUE(zt4test::logged("error.[getConfigRadio] Failed to open file '" + path(TMP "radioBand") + "'", LOG_ERR));
+}
+
 }  // namespace
