@@ -1,0 +1,107 @@
+// Every allocation of the JSON library failing in turn, one at a time, during an operation on the
+// example device: no crash, a result the operation may give, and, over all the runs, each line
+// that says which allocation failed. Jansson's allocator is replaced for the run.
+#include <jansson.h>
+
+#include <cstdlib>
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "support/harness.hpp"
+#include "zt4config.h"
+
+extern int debug_level;
+
+namespace {
+
+long countdown = -1;  // allocations left before the failing one; -1: none fails
+long allocations = 0;
+
+void* failingMalloc(size_t size) {
+    ++allocations;
+    if (countdown == 0) {
+        countdown = -1;
+        return nullptr;
+    }
+    if (countdown > 0) --countdown;
+    return std::malloc(size);
+}
+
+struct Row {
+    const char* name;
+    std::function<int()> call;
+    std::set<int> results;             // what the call may return
+    std::vector<std::string> lines;    // each logged in one of the runs at least ('@': the root)
+};
+
+json_t* parsed(const char* text) { return json_loads(text, 0, nullptr); }
+
+int withArgument(const char* text, int (*write)(json_t*)) {
+    json_t* argument = parsed(text);
+    const int result = write(argument);
+    json_decref(argument);
+    return result;
+}
+
+const std::string kExpertMembers[] = {"CircuitBreakerTrip", "Sag", "Swell", "OperatingTime", "StartupCycle",
+                                      "CurrentImbalance", "PowerImbalance", "VoltageImbalance", "CurrentAverageMax",
+                                      "THD", "OverCurrent"};
+
+std::vector<std::string> expertLines() {
+    std::vector<std::string> lines = {"error.[writeJSONZT4SystemExpertSyntaxVersion1]: FAILED to check Expert System JSON object"};
+    for (const std::string& member : kExpertMembers)
+        lines.push_back("error.[checkJSONZT4SystemExpertSyntaxVersion1]: FAILED to check System Expert " + member + " JSON object");
+    return lines;
+}
+
+const std::string kFullExpert = R"({"CircuitBreakerTrip": {"CurrentTransformerThreshold": 2}, "Sag": {"Enable": 0, "Cycle": 1},
+    "Swell": {"Enable": 0}, "OperatingTime": {"Enable": 0}, "StartupCycle": {"Enable": 0}, "CurrentImbalance": {"Enable": 0},
+    "PowerImbalance": {"Enable": 0}, "VoltageImbalance": {"Enable": 0}, "CurrentAverageMax": {"Enable": 0}, "THD": {"Enable": 0},
+    "OverCurrent": {"Enable": 0}})";
+
+const Row kRows[] = {
+    {"printJSON", [] { debug_level = 3; json_t* v = parsed(R"({"a": [1, 2]})"); printJSON(v, "x"); json_decref(v); return 0; },
+     {0}, {"error.[printJSON]: jsonCopy NULL", "error.[printJSON]: str NULL"}},
+    {"systemExpert", [] { return withArgument(kFullExpert.c_str(), writeJSONZT4SystemExpert); }, {0, -1}, expertLines()},
+    {"systemConnectors", [] { return withArgument(R"([{"Enable": 1}, {"Enable": 0}])", writeJSONZT4SystemConnector); }, {0, -1},
+     {"error.[writeJSONZT4SystemConnectorsSyntaxVersion1]: jsonConnectors NULL",
+      "error.[writeJSONZT4SystemConnectorsSyntaxVersion1]: FAILED to check SystemConnector JSON object"}},
+    {"systemRadio", [] { return withArgument(R"({"Enable": 1, "Debug": 2, "Baudrate": 9600, "PayloadLength": 50,
+        "Daemon": "radiod", "Script": "/etc/scripts/radiod"})", writeJSONZT4SystemRadio); }, {0, -1},
+     {"error.[writeJSONZT4SystemRadioLoRaSyntaxVersion1]: FAILED to check SystemRadioLoRa JSON object",
+      "error.[checkJSONZT4SystemRadioLoRaSyntaxVersion1]: radio NULL"}},
+};
+
+class AllocationFailure : public zt4test::DeviceTest, public ::testing::WithParamInterface<Row> {};
+
+TEST_P(AllocationFailure, EachFailingAllocationIsSurvivedAndNamed) {
+    const Row& row = GetParam();
+    useExampleDevice();
+    json_set_alloc_funcs(failingMalloc, std::free);
+    allocations = 0;
+    EXPECT_TRUE(row.results.count(row.call())) << "clean run";
+    const long total = allocations;
+    std::set<std::string> seen;
+    for (long k = 0; k < total; ++k) {
+        zt4test::clearLog();
+        countdown = k;
+        const int result = row.call();
+        countdown = -1;
+        EXPECT_TRUE(row.results.count(result)) << "allocation " << k << " of " << total << ": " << result;
+        for (const auto& entry : zt4test::capturedLog()) seen.insert(entry.text);
+    }
+    json_set_alloc_funcs(std::malloc, std::free);
+    debug_level = 0;
+    EXPECT_GT(total, 0);
+    for (std::string line : row.lines) {
+        for (size_t at = line.find('@'); at != std::string::npos; at = line.find('@')) line.replace(at, 1, root());
+        EXPECT_TRUE(seen.count(line)) << line;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Json, AllocationFailure, ::testing::ValuesIn(kRows),
+                         [](const ::testing::TestParamInfo<Row>& row) { return std::string(row.param.name); });
+
+}  // namespace
