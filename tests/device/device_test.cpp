@@ -193,6 +193,7 @@ const Row kRows[] = {
     {"version3", NV "swmainversionproduction=3", version, -1, nullptr, "", "<3>No format main software version production available"},
     {"versionEmpty", NV "swmainversionproduction=", version, -1, nullptr, "", "<3>No format main software version production available"},
     {"versionNone", "", version, -1, nullptr, "", "<4>No attributes of file Main SW version production|<3>No format main software version production available"},
+    {"mainVersionNone", "", [](char* o) { return readMainSoftwareVersionProduction(o, 16); }, -1, "~", "", "<4>No attributes of file Main SW version production"},
     {"versionDir", NV "swmainversionproduction=<dir>", version, -1, nullptr, "", "<3>No file available for Main SW version production"},
     {"versionArguments", NV "swmainversionproduction=3.4", [](char* o) { uint8_t v; return readMainSoftwareVersionProduction(nullptr, 16) + readMainSoftwareVersionProduction(o, 0) + readFormatMainSoftwareVersionProduction(&v, nullptr, &v); }, -3, nullptr, "", "<3>error.[readMainSoftwareVersionProduction] str NULL|<3>error.[readMainSoftwareVersionProduction] Size str NULL|<3>error.[readFormatMainSoftwareVersionProduction] value is NULL"},
     // The device-information document.
