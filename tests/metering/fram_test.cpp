@@ -346,6 +346,14 @@ TEST_P(FramUpgrade, BringsTheMemoryToTheExpectedVersion) {
 
 INSTANTIATE_TEST_SUITE_P(Versions, FramUpgrade, ::testing::ValuesIn(upgrades()), [](const auto& row) { return row.param[0]; });
 
+TEST_F(FramUpgrade, UnreadableVersionIsAlsoReportedOnStderr) {
+    writeFile("/var/tmp/fram", "2\n");
+    writeFram(oldMemory(255));
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(fram_upgrade_version(2), -1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr().rfind("Failed to read FRAM version in FRAM memory: ", 0), 0u);
+}
+
 TEST_F(FramUpgrade, FailedStepsKeepTheVersionAndWhatCannotBeRedone) {
     removeFile("/home/nvram/zt4config.json");  // no modes: the energies cannot be re-laid out
     writeFile("/var/tmp/fram", "2\n");
