@@ -85,7 +85,7 @@ const Row kRows[] = {
       "error.[readJSONZT4DataConnector]: AllCnl NULL", "error.[readJSONZT4DataConnector]: FAILED to create Object Cnl for Object Connector 1",
       "error.[readJSONZT4DataConnector]: Phases NULL", "error.[readJSONZT4DataConnector]: FAILED to create Object Phase for Object Connector 1"}},
     {"userWiFi", [] { return withArgument(R"({"Enable": 1, "SSID": "ZT4", "AddressIP": "10.42.0.1", "Netmask": "255.255.255.0",
-        "DHCPRangeStartIP": "10.42.0.100", "DHCPRangeEndIP": "10.42.0.120"})", writeJSONZT4ConfigWiFi); }, {0, -1},
+        "DHCPRangeStartIP": "10.42.0.100", "DHCPRangeEndIP": "10.42.0.120"})", writeJSONZT4UserConfigWiFiSyntaxVersion1); }, {0, -1},
      {"error.[writeJSONZT4UserConfigWiFiSyntaxVersion1]: json_dhcp NULL"}, 40},
 };
 
