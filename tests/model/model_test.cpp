@@ -224,6 +224,13 @@ TEST_F(Readers, TheExampleDeviceFillsEveryFieldFromItsDocuments) {
     for (uint8_t byte : data.leadingArea) ASSERT_EQ(byte, 0xA5);  // the daemon's area is never touched
 }
 
+// A disabled connector (mode 0) takes the directions of its channel's three transformers.
+TEST_F(Readers, ADisabledConnectorTakesItsThreeDirections) {
+    apply({{kUser, "Connectors/5/Channel/0/CurrentTransformer/1/Direction", "1"}});
+    ASSERT_EQ(readZT4ConfigConnector(&data), 0) << zt4test::logDump();
+    expect({F(CH(5, 0).direction, 0), F(CH(5, 1).direction, 1), F(CH(5, 2).direction, 0)});
+}
+
 TEST_F(Readers, SetupModesComeFromTheRowTheDocumentNames) {
     const struct { const char* setup; uint8_t modes[6]; const char* line; } rows[] = {
         {"0", {1, 1, 1, 1, 0, 0}, "Read Setup Connectors: Monophase Monophase Monophase Monophase Disabled Disabled"},
