@@ -58,6 +58,7 @@ TEST(Readers, ElementsAndMembers) {
                                                 : members.at(row[0])(from, zt4test::orNull(row[2]));
         EXPECT_TRUE(result == nullptr || result->refcount == 2u) << row[3];
         zt4test::expectResult(result, row[3].c_str(), zt4test::orNull(row[4]));
+        EXPECT_LE(zt4test::capturedLog().size(), 1u) << zt4test::logDump();  // the one line, nothing after it
         EXPECT_TRUE(from == nullptr || from->refcount == 1u);
         json_decref(from);
     }
