@@ -238,9 +238,10 @@ TEST_F(Fram, CountersBecomeTheLow32BitsOfTheirWholeValueAndHoursSecondsAndNanose
         convert_float_to_integer(image.data(), static_cast<uint8_t>(index));
         EXPECT_EQ(bytesOf(image), std::string(floats).replace(base * 2, registers * 4, bytesOfValues(Unsigned(registers, 7)))) << index;
     }
-    std::vector<uint16_t> image = zt4test::imageOf(std::string(724 * 2, '\0') + bytesOfValues(Floats{0.0f, 0.99f, 41.5f, 16777216.0f, 4294967296.0f, 5000000000.0f, -3.0f}));
+    // From 2^64 up, the whole value saturates at 2^64 - 1.
+    std::vector<uint16_t> image = zt4test::imageOf(std::string(724 * 2, '\0') + bytesOfValues(Floats{0.0f, 0.99f, 41.5f, 16777216.0f, 4294967296.0f, 5000000000.0f, -3.0f, 18446744073709551616.0f, 1e30f}));
     convert_float_to_integer(image.data(), 22);
-    EXPECT_EQ(bytesOf(image).substr(724 * 2, 28), bytesOfValues(Unsigned{0, 0, 41, 16777216, 0, 705032704, 0}));
+    EXPECT_EQ(bytesOf(image).substr(724 * 2, 36), bytesOfValues(Unsigned{0, 0, 41, 16777216, 0, 705032704, 0, 4294967295u, 4294967295u}));
 
     std::string memory = patterned();
     memory.replace(960, 96, bytesOfValues(Floats{1.5f, 0.125f, 1.0f / 4096, 8760.5f, 0.0f, -2.0f}) + std::string(72, '\0'));
