@@ -53,7 +53,7 @@ const std::string kExpertMembers[] = {"CircuitBreakerTrip", "Sag", "Swell", "Ope
                                       "THD", "OverCurrent"};
 
 std::vector<std::string> expertLines() {
-    std::vector<std::string> lines = {"!error.[writeJSONZT4SystemExpertSyntaxVersion1]: FAILED to check Expert System JSON object"};
+    std::vector<std::string> lines = {"!error.[checkJSONZT4SystemExpertSyntaxVersion1]: expert NULL","!error.[writeJSONZT4SystemExpertSyntaxVersion1]: FAILED to check Expert System JSON object"};
     for (const std::string& member : kExpertMembers)
         lines.push_back("error.[checkJSONZT4SystemExpertSyntaxVersion1]: FAILED to check System Expert " + member + " JSON object");
     return lines;
@@ -100,6 +100,29 @@ const Row kRows[] = {
      {"!error.[writeJSONZT4UserConfigWiFiSyntaxVersion1]: json_dhcp NULL"}, 40},
 };
 
+// The system writers that update a stored section: the example device's section written back.
+Row systemSection(const char* name, const std::string& label, int (*write)(json_t*)) {
+    const std::string check = "error.[checkJSONZT4System" + std::string(name) + "SyntaxVersion1]: ";
+    const std::string writer = "error.[writeJSONZT4System" + std::string(name) + "SyntaxVersion1]: ";
+    return {name, [name, write] {
+                json_t* document = json_load_file(ZT4_EXAMPLE_DEVICE "/home/nvram/zt4system.json", 0, nullptr);
+                const int result = write(json_object_get(document, name));
+                json_decref(document);
+                return result; }, {0, -1},
+            {"!" + check + label + " NULL", check + "FAILED to merge factory system " + name + " with existing keys",
+             "!" + writer + "json" + name + " NULL", "!" + writer + "FAILED to check System" + name + " JSON object"}};
+}
+
+std::vector<Row> rows() {
+    std::vector<Row> all(std::begin(kRows), std::end(kRows));
+    all.push_back(systemSection("Web", "web", writeJSONZT4SystemWeb));
+    all.push_back(systemSection("WiFi", "wifi", writeJSONZT4SystemWiFi));
+    all.push_back(systemSection("Ethernet", "ethernet", writeJSONZT4SystemEthernet));
+    all.push_back(systemSection("Modbus", "modbus", writeJSONZT4SystemModbus));
+    all.push_back(systemSection("BACnet", "bacnet", writeJSONZT4SystemBACnet));
+    return all;
+}
+
 class AllocationFailure : public zt4test::DeviceTest, public ::testing::WithParamInterface<Row> {};
 
 TEST_P(AllocationFailure, EachFailingAllocationIsSurvivedAndNamed) {
@@ -128,7 +151,7 @@ TEST_P(AllocationFailure, EachFailingAllocationIsSurvivedAndNamed) {
     for (const std::string& line : row.lines) EXPECT_TRUE(seen.count(line.substr(line[0] == '!'))) << line;
 }
 
-INSTANTIATE_TEST_SUITE_P(Json, AllocationFailure, ::testing::ValuesIn(kRows),
+INSTANTIATE_TEST_SUITE_P(Json, AllocationFailure, ::testing::ValuesIn(rows()),
                          [](const ::testing::TestParamInfo<Row>& row) { return std::string(row.param.name); });
 
 }  // namespace
