@@ -301,6 +301,8 @@ TEST_F(Readers, AFailingReaderStopsTheWholeReadAndKeepsWhatItHadRead) {
         {{{kUser, "Connectors/1/Channel", nullptr}}, "error.[readZT4AllConfig]: FAILED to read Connector configuration", F(CH(0, 0).mode, 4)},
         {{{kUser, "Expert/Sag/Phase/1", "1"}}, "error.[readZT4ConfigExpertSyntaxVersion1]: Sag phase 2 NULL", F(expert.sagLevel, 292.7422)},
         {{{kUser, "Expert/Swell/Phase", nullptr}}, "error.[readZT4ConfigExpertSyntaxVersion1]: FAILED to read Object Swell Phase", F(expert.sagLevel, 292.7422)},
+        {{{kUser, "Expert/Sag/Phase", nullptr}}, "error.[readZT4ConfigExpertSyntaxVersion1]: FAILED to read Object Sag Phase", F(CH(0, 0).mode, 4)},
+        {{{kUser, "Expert/Sag", nullptr}}, "error.[readZT4ConfigExpertSyntaxVersion1]: FAILED to read Object Sag", F(CH(0, 0).mode, 4)},
         {{{kUser, "Expert/Connectors/1", "1"}}, "error.[readZT4ConfigExpertSyntaxVersion1]: FAILED to read Object JSON Expert Connector2", F(EX(0).period, 15)},
         {{{kUser, "Expert/Connectors/1", "1"}}, "error.[readZT4AllConfig]: FAILED to read Expert Connector configuration", F(EX(0).period, 15)},
     };
