@@ -148,6 +148,7 @@ TEST_P(AllocationFailure, EachFailingAllocationIsSurvivedAndNamed) {
     json_set_alloc_funcs(std::malloc, std::free);
     debug_level = 0;
     EXPECT_GT(total, 0);
+    RecordProperty("failed_allocations", std::to_string(total));
     for (const std::string& line : row.lines) EXPECT_TRUE(seen.count(line.substr(line[0] == '!'))) << line;
 }
 
