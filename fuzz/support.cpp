@@ -12,6 +12,8 @@
 #include <map>
 #include <system_error>
 
+#include "zt4config.h"
+
 // The host defines the debug level the library reads. The trace lines run too (they format
 // fuzzed values): ZT4_FUZZ_DEBUG sets the level, 4 (every trace) unless given.
 __attribute__((visibility("default"))) int debug_level = 4;
@@ -136,6 +138,23 @@ json_t* parseJson(const uint8_t* data, std::size_t size) {
 Split split(const uint8_t* data, std::size_t size) {
     if (size == 0) return {0, data, 0};
     return {data[0], data + 1, size - 1};
+}
+
+void runWriter(const Writer* writers, std::size_t count, const uint8_t* data, std::size_t size,
+               const char* const* restored, std::size_t restoredCount) {
+    root();
+    const Split input = split(data, size);
+    json_t* value = parseJson(input.data, input.size);
+    if (value == nullptr) return;
+    const int result = writers[input.selector % count](value, input.selector);
+    json_decref(value);
+    if (result != 0 && result != -1) std::abort();
+    for (json_t* (*reader)() : {readJSONZT4UserConfigFile, readJSONZT4SystemFile}) {
+        json_t* document = reader();
+        if (document == nullptr) std::abort();
+        json_decref(document);
+    }
+    for (std::size_t i = 0; i < restoredCount; ++i) restoreDeviceFile(restored[i]);
 }
 
 }  // namespace zt4fuzz

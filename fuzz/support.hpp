@@ -33,4 +33,13 @@ struct Split {
 };
 Split split(const uint8_t* data, std::size_t size);
 
+// A writer of a fuzzed JSON value; the selector byte may also pick its argument.
+using Writer = int (*)(json_t* json, uint8_t selector);
+
+// Runs the writer the first byte picks on the value the rest parses to: it must return 0 or -1,
+// and the user and system documents must still load afterwards (else abort). The `restored`
+// device files are then put back for the next input.
+void runWriter(const Writer* writers, std::size_t count, const uint8_t* data, std::size_t size,
+               const char* const* restored, std::size_t restoredCount);
+
 }  // namespace zt4fuzz
